@@ -1,0 +1,2 @@
+#include "app/ui/form1.h"
+void StyleApplication(QApplication&) {}

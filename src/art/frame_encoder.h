@@ -1,0 +1,23 @@
+#pragma once
+// Rebuilds a frame from the frame image (the 1:1 preview) and turns it into bytes.
+#include "art/art_frame.h"
+#include "palette/palette.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+
+// Whether the drawn image fits a frame record and reads back unchanged.
+enum class FrameFit { Fits, TooManyRuns, RunTooLong, XOutOfRange, YOutOfRange };
+QString FrameFitText(FrameFit fit);
+
+// Runs of drawn pixels (any colour but transparentColor) become the frame's lines,
+// matched against palette. right and bottom stay; left and top follow from the image.
+// A frame that does not fit leaves the record untouched.
+FrameFit EncodeFrame(ArtFrame& frame, const QImage& image, const Palette& palette, ScreenColor transparentColor);
+
+// The frame's bytes; odd lines gain an index-0 pixel, in the record too.
+QByteArray FrameBytes(ArtFrame& frame);
+
+// Writes FrameBytes at offset and leaves readPosition at the terminator.
+bool WriteFrame(RomFile& rom, int32_t& readPosition, ArtFrame& frame, int32_t offset, QString& errorText);

@@ -1,0 +1,38 @@
+#pragma once
+// The open ROM image: a file kept open for positioned reads and writes in place.
+// The image is never loaded whole and never truncated.
+#include <QString>
+#include <cstdint>
+
+struct RomFile {
+    int fd = -1;
+    bool writable = false;
+    QString fileName;
+};
+
+// Opens for reading and writing; falls back to read-only when the file cannot be
+// written. Returns false and fills errorText when it cannot be opened at all.
+bool OpenRomFile(RomFile& rom, const QString& fileName, QString& errorText);
+void CloseRomFile(RomFile& rom);
+bool IsRomOpen(const RomFile& rom);
+
+// Current length in bytes, or -1 when it cannot be asked.
+int64_t RomLength(const RomFile& rom);
+
+// Reads up to count bytes at position; returns how many bytes were read
+// (fewer at the end of the file, 0 for a position outside it).
+int64_t ReadRomBytes(const RomFile& rom, int64_t position, void* buffer, int64_t count);
+
+// Writes all count bytes at position. Returns false (with errorText) when the image
+// is read-only, the position is negative, or the system refuses part of the write.
+bool WriteRomBytes(RomFile& rom, int64_t position, const void* data, int64_t count, QString& errorText);
+
+// Big-endian helpers over a byte buffer.
+inline uint16_t BigEndian16(const uint8_t* p) { return uint16_t((p[0] << 8) | p[1]); }
+inline uint32_t BigEndian32(const uint8_t* p) {
+    return (uint32_t(p[0]) << 24) | (uint32_t(p[1]) << 16) | (uint32_t(p[2]) << 8) | uint32_t(p[3]);
+}
+inline void PutBigEndian16(uint8_t* p, uint16_t v) { p[0] = uint8_t(v >> 8); p[1] = uint8_t(v); }
+inline void PutBigEndian32(uint8_t* p, uint32_t v) {
+    p[0] = uint8_t(v >> 24); p[1] = uint8_t(v >> 16); p[2] = uint8_t(v >> 8); p[3] = uint8_t(v);
+}

@@ -1,0 +1,30 @@
+#pragma once
+// Builds ROM images in memory, for the tests and the demo image.
+#include "art/art_frame.h"
+#include "palette/palette.h"
+
+#include <QByteArray>
+#include <QString>
+#include <vector>
+
+// Palette indices of a sprite, row by row; -1 is a transparent position.
+struct IndexGrid {
+    int width = 0;
+    int height = 0;
+    std::vector<int> cells;
+    int& At(int x, int y) { return cells[size_t(y * width + x)]; }
+};
+
+IndexGrid MakeIndexGrid(int width, int height);
+
+void PutBytes(QByteArray& image, int position, const QByteArray& bytes);
+void PutWord32(QByteArray& image, int position, uint32_t value);
+// Raw 4-byte entries (addresses, empty slots, end markers) from position on.
+void PutTableEntries(QByteArray& image, int position, const std::vector<uint32_t>& entries);
+void PutPaletteWords(QByteArray& image, int position, const std::array<ConsoleColor, 15>& words);
+
+// The bytes the editor would save for this sprite drawn in palette, with the frame's
+// rightmost column at X = right and lowest row at Y = bottom.
+QByteArray SpriteFrameBytes(const IndexGrid& sprite, const Palette& palette, int right, int bottom);
+
+bool WriteFileBytes(const QString& fileName, const QByteArray& bytes);
