@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs the Debian packages the editor needs (and, with "test", what the tests
+# and benchmarks need). Without the right to install, prints the apt line instead.
+set -euo pipefail
+
+packages=(g++ make cmake qt6-base-dev libgl-dev fonts-dejavu-core)
+if [ "${1:-}" = test ]; then
+  packages+=(libbenchmark-dev imagemagick)
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+apt_line="apt-get install -y --no-install-recommends ${missing[*]}"
+if [ "$(id -u)" -eq 0 ]; then
+  runner=()
+elif command -v sudo >/dev/null 2>&1 && sudo -n true 2>/dev/null; then
+  runner=(sudo)
+else
+  echo "These packages are missing. Install them as root, then run this again:" >&2
+  echo "  apt-get update && $apt_line" >&2
+  exit 1
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${runner[@]}" apt-get update
+"${runner[@]}" $apt_line
