@@ -1,0 +1,190 @@
+// Opening an image through the dialog and browsing it with the two lists.
+#include "form_fixture.h"
+#include "rom/art_table.h"
+#include "view/ui/picture_box.h"
+
+#include <QSignalSpy>
+#include <sys/stat.h>
+
+class TestOpenAndLists : public QObject {
+    Q_OBJECT
+private slots:
+    void openDialogAndCatalogue();
+    void cancelKeepsTheOpenImage();
+    void unopenableFileChangesNothing();
+    void shortImageOpensWithANote();
+    void secondOpenKeepsOneSetOfArtLines();
+    void selectingAnEntryShowsItsFramesAndPalette_data();
+    void selectingAnEntryShowsItsFramesAndPalette();
+    void keyboardSelectionRefreshes();
+    void frameRowBeyondNewEntryFallsBackToFrameZero();
+};
+
+namespace {
+bool PreviewHasArt(const Form1& form)
+{
+    const QImage& image = form.Picture2->surface.image;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (RgbToScreen(image.pixel(x, y)) != form.state.transparentColor)
+                return true;
+    return false;
+}
+
+QStringList Lines(const QListWidget* list)
+{
+    QStringList lines;
+    for (int i = 0; i < list->count(); ++i)
+        lines << list->item(i)->text();
+    return lines;
+}
+}
+
+void TestOpenAndLists::openDialogAndCatalogue()
+{
+    FormFixture fixture;
+    fixture.Open();
+    const SeenDialog& dialog = fixture.driver.seen.at(0);
+    QCOMPARE(dialog.title, QStringLiteral("Load a Zelvane Rom"));
+    QCOMPARE(dialog.text, QStringLiteral("Zelvane Roms (binary) (*.bin);;Zelvane Roms (smd) (*.smd);;"
+                                         "Zelvane Roms (32x) (*.32x);;All Files (*.*)"));
+    QVERIFY(dialog.selectedFilter.startsWith(QStringLiteral("Zelvane Roms (binary)")));
+    QCOMPARE(dialog.acceptMode, QFileDialog::AcceptOpen);
+    Form1& form = *fixture.form;
+    QVERIFY(form.state.romLoaded);
+    QVERIFY(fixture.driver.unexpected.isEmpty());
+    QCOMPARE(Lines(form.List1), QStringList({"A0504", "B18BC", "CB3B4", "D4E44", "F1130", "F6A18", "101304", "11B088",
+                                             "11F7A8", "121AA4", "1256B0", "1293E0", "12A9E8", "12C120"}));
+    QCOMPARE(form.List2->count(), 3); // table 0 of the demo image holds three frames
+    QCOMPARE(form.List2->item(0)->text(), QString::number(form.state.artTables[0].pointers[0], 16).toUpper());
+    QVERIFY(form.List1->selectedItems().isEmpty() && form.List2->selectedItems().isEmpty());
+    QCOMPARE(form.state.palettes[3].position, 0x22925C);
+    QCOMPARE(form.state.palettes[10].colors, form.state.palettes[3].colors);
+    QVERIFY(!PreviewHasArt(form)); // opening does not refresh
+}
+
+void TestOpenAndLists::cancelKeepsTheOpenImage()
+{
+    FormFixture fixture;
+    fixture.Open();
+    Form1& form = *fixture.form;
+    FormFixture::ClickRow(form.List1, 1);
+    const int fd = form.state.romFile.fd;
+    const QImage before = form.Picture2->surface.image;
+    fixture.Open(QString()); // cancel
+    QCOMPARE(form.state.romFile.fd, fd);
+    QCOMPARE(form.List1->currentRow(), 1);
+    QCOMPARE(form.Picture2->surface.image, before);
+    FormFixture::ClickRow(form.List2, 1); // still reads from the same image
+    QVERIFY(PreviewHasArt(form));
+}
+
+void TestOpenAndLists::unopenableFileChangesNothing()
+{
+    FormFixture fixture;
+    const QString pipe = fixture.dir.filePath("pipe.bin");
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    fixture.driver.ChooseFile(pipe);
+    fixture.driver.PressButton(QMessageBox::Ok);
+    fixture.form->menu_open->trigger();
+    QCOMPARE(fixture.driver.seen.size(), size_t(2));
+    QCOMPARE(fixture.driver.seen[1].title, QStringLiteral("ZOMG ERROR!!!1"));
+    QVERIFY(fixture.driver.seen[1].text.contains("pipe.bin"));
+    QVERIFY(!fixture.form->state.romLoaded);
+    QVERIFY(!IsRomOpen(fixture.form->state.romFile));
+    QCOMPARE(fixture.form->List1->count(), 0);
+}
+
+void TestOpenAndLists::shortImageOpensWithANote()
+{
+    FormFixture fixture;
+    const QString shortRom = fixture.dir.filePath("short.bin");
+    WriteFileBytes(shortRom, BuildDemoImage().left(0xB0000)); // table 0 only
+    fixture.driver.ChooseFile(shortRom);
+    fixture.driver.PressButton(QMessageBox::Ok);
+    fixture.form->menu_open->trigger();
+    Form1& form = *fixture.form;
+    QVERIFY(form.state.romLoaded);
+    QCOMPARE(fixture.driver.seen.at(1).icon, QMessageBox::Critical);
+    QVERIFY(fixture.driver.seen.at(1).text.contains("short.bin"));
+    QCOMPARE(form.List1->count(), 14);
+    FormFixture::ClickRow(form.List1, 13); // its table lies beyond the end: nothing to show
+    QCOMPARE(form.List2->count(), 0);
+    QVERIFY(!PreviewHasArt(form));
+    FormFixture::ClickRow(form.List1, 0);
+    QVERIFY(PreviewHasArt(form));
+}
+
+void TestOpenAndLists::secondOpenKeepsOneSetOfArtLines()
+{
+    FormFixture fixture;
+    fixture.Open();
+    FormFixture::ClickRow(fixture.form->List1, 2);
+    fixture.Open();
+    QCOMPARE(fixture.form->List1->count(), 14);
+    QCOMPARE(fixture.form->List1->currentRow(), 2); // the art list keeps its selection
+    QCOMPARE(fixture.form->List2->count(), 6); // and the frame list shows that entry's frames
+}
+
+void TestOpenAndLists::selectingAnEntryShowsItsFramesAndPalette_data()
+{
+    QTest::addColumn<int>("entry");
+    QTest::addColumn<QString>("lastLine");
+    QTest::newRow("position rule") << 1 << "";
+    QTest::newRow("empty slot repeats frame 0") << 2 << "";
+    QTest::newRow("end marker") << 3 << "FF000000";
+}
+
+void TestOpenAndLists::selectingAnEntryShowsItsFramesAndPalette()
+{
+    QFETCH(int, entry);
+    QFETCH(QString, lastLine);
+    FormFixture fixture;
+    fixture.Open();
+    Form1& form = *fixture.form;
+    FormFixture::ClickRow(form.List1, entry);
+    QCOMPARE(form.state.currentPalette, int16_t(entry));
+    QVERIFY(form.List2->selectedItems().isEmpty());
+    const ArtTable& table = form.state.artTables[size_t(entry)];
+    QCOMPARE(form.state.currentFrame.romOffset, table.pointers[0]);
+    QVERIFY(PreviewHasArt(form));
+    if (entry == 2)
+        QCOMPARE(form.List2->item(2)->text(), form.List2->item(0)->text());
+    if (!lastLine.isEmpty())
+        QCOMPARE(form.List2->item(form.List2->count() - 1)->text(), lastLine);
+    FormFixture::ClickRow(form.List2, 1);
+    QCOMPARE(form.state.currentFrame.romOffset, table.pointers[1]);
+}
+
+void TestOpenAndLists::keyboardSelectionRefreshes()
+{
+    FormFixture fixture;
+    fixture.Open();
+    Form1& form = *fixture.form;
+    FormFixture::ClickRow(form.List1, 0);
+    form.List1->setFocus();
+    QTest::keyClick(form.List1, Qt::Key_Down);
+    QCOMPARE(form.state.currentPalette, int16_t(1));
+    QCOMPARE(form.List2->count(), 4);
+}
+
+void TestOpenAndLists::frameRowBeyondNewEntryFallsBackToFrameZero()
+{
+    FormFixture fixture;
+    fixture.Open();
+    Form1& form = *fixture.form;
+    FormFixture::ClickRow(form.List1, 3);
+    FormFixture::ClickRow(form.List2, 3);
+    FormFixture::ClickRow(form.List1, 4);
+    QCOMPARE(form.state.currentFrame.romOffset, form.state.artTables[4].pointers[0]);
+}
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    StyleApplication(app);
+    TestOpenAndLists test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_open_and_lists.moc"
