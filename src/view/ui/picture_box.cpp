@@ -20,6 +20,7 @@ PictureBox::PictureBox(QWidget* parent, const QString& name, const QRect& geomet
     setGeometry(geometry);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setMouseTracking(true); // moves without a button still reach the tools, which ignore them
 }
 
 void PictureBox::ShowChanged(const QRect& drawingAreaRect)
