@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QTimer>
 #include <deque>
 #include <functional>
@@ -44,7 +45,9 @@ public:
             s.buttons = box->standardButtons();
             s.defaultButton = box->defaultButton() ? box->standardButton(box->defaultButton()) : QMessageBox::NoButton;
             seen.push_back(s);
-            box->button(button)->click();
+            QAbstractButton* pressed = box->button(button);
+            // Clicked after this poll returns, so a dialog it opens can be answered too.
+            QTimer::singleShot(0, pressed, [pressed] { pressed->click(); });
             return true;
         });
     }
@@ -60,7 +63,7 @@ public:
             s.text = box->labelText();
             seen.push_back(s);
             box->setTextValue(text);
-            cancel ? box->reject() : box->accept();
+            QTimer::singleShot(0, box, [box, cancel] { cancel ? box->reject() : box->accept(); });
             return true;
         });
     }
@@ -78,12 +81,12 @@ public:
             s.acceptMode = dialog->acceptMode();
             s.selectedFilter = dialog->selectedNameFilter();
             seen.push_back(s);
-            if (path.isEmpty()) {
-                dialog->reject();
-            } else {
+            if (!path.isEmpty())
                 dialog->selectFile(path);
-                static_cast<QDialog*>(dialog)->accept(); // the file dialog's own accept checks the name
-            }
+            // The file dialog's own accept checks the name and may ask before replacing a file.
+            QTimer::singleShot(0, dialog, [dialog, path] {
+                path.isEmpty() ? dialog->reject() : static_cast<QDialog*>(dialog)->accept();
+            });
             return true;
         });
     }
@@ -99,8 +102,11 @@ private:
         QWidget* modal = QApplication::activeModalWidget();
         if (!modal)
             return;
+        if (modal == answered)
+            return; // still closing
         if (!answers.empty() && answers.front()(modal)) {
             answers.pop_front();
+            answered = modal;
             return;
         }
         // A dialog nobody expected: note it and close it, so the test fails instead of hanging.
@@ -111,5 +117,6 @@ private:
     }
 
     QTimer timer;
+    QPointer<QWidget> answered;
     std::deque<std::function<bool(QWidget*)>> answers;
 };
