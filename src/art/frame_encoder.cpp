@@ -29,7 +29,8 @@ FrameFit CheckRange(const ArtFrame& frame)
     for (int i = 0; i < frame.lastLine; ++i) {
         const FrameLine& line = frame.lines[size_t(i)];
         const int width = line.endX - line.startX;
-        if (line.startX < -127 || line.endX + (width % 2) > 128)
+        // Only a start beyond 128 can have wrapped endX past 32767; test it first.
+        if (line.startX < -127 || line.startX > 128 || line.endX + (width % 2) > 128)
             return FrameFit::XOutOfRange;
     }
     return FrameFit::Fits;
