@@ -163,7 +163,7 @@ void Form1::WireEvents()
 void Form1::closeEvent(QCloseEvent* event)
 {
     // The about box and the section chooser go with the main window.
-    for (QWidget* window : {static_cast<QWidget*>(frmAbout), static_cast<QWidget*>(sectionDialog)})
+    for (QWidget* window : {static_cast<QWidget*>(frmAbout), static_cast<QWidget*>(sectionDialog.data())})
         if (window)
             window->close();
     Form_Terminate(*this);

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QMainWindow>
+#include <QPointer>
 
 class FormSurface;
 class PictureBox;
@@ -59,7 +60,7 @@ public:
     QAction* menu_about = nullptr;
 
     FrmAbout* frmAbout = nullptr;         // created at its first showing
-    SectionDialog* sectionDialog = nullptr; // created at the first bitmap import
+    QPointer<SectionDialog> sectionDialog; // built at an import; its close box ends it
 
     static constexpr int kClientWidth = 741;
     static constexpr int kClientHeight = 284;

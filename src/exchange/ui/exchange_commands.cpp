@@ -115,9 +115,7 @@ void ImportBitmap(Form1& form)
     if (AskYesNo(&form, QStringLiteral("Would you like to import the palette from the bitmap as well? (Better)")))
         ImportBitmapPalette(form, state.bitmapFile);
     state.importedPicture = picture;
-    if (!form.sectionDialog) {
+    if (!form.sectionDialog)
         form.sectionDialog = new SectionDialog(form);
-        QObject::connect(form.sectionDialog, &QObject::destroyed, &form, [&form] { form.sectionDialog = nullptr; });
-    }
     form.sectionDialog->ShowPicture(state.importedPicture);
 }
