@@ -6,12 +6,14 @@
 #include "form_fixture.h"
 #include "view/ui/picture_box.h"
 
+#include <QProcess>
 #include <QSlider>
 
 class TestExchangeCommands : public QObject {
     Q_OBJECT
 private slots:
     void importedSectionIsSavedIntoTheImage();
+    void bitmapFromAnotherTool();
     void depthRefusals_data();
     void depthRefusals();
     void brokenBitmapChangesNothing();
@@ -94,6 +96,27 @@ void TestExchangeCommands::importedSectionIsSavedIntoTheImage()
         for (int x = 0; x < 4; ++x)
             QCOMPARE(frame.lines[size_t(y)].pixels[size_t(x)], int16_t((x + 2 + y + 3) % 15 + 1));
     QVERIFY(fixture.driver.unexpected.isEmpty());
+}
+
+void TestExchangeCommands::bitmapFromAnotherTool()
+{
+    FormFixture fixture;
+    const QString path = fixture.dir.filePath("tool.bmp");
+    const QStringList arguments = {"-size", "6x4", "xc:red", "-fill", "blue", "-draw", "point 1,1", "-fill", "lime",
+                                   "-draw", "point 5,3", "-type", "Palette", "BMP3:" + path};
+    if (QProcess::execute("convert", arguments) != 0)
+        QSKIP("ImageMagick's convert is not installed");
+    fixture.Open();
+    ImportBitmapFile(fixture, path, QMessageBox::No);
+    SectionDialog* chooser = fixture.form->sectionDialog;
+    chooser->Slider1->setValue(1);
+    Drag(chooser->Picture1, {0, 0}, {12, 8});
+    chooser->OKButton->click();
+    const QImage& preview = fixture.form->Picture2->surface.image;
+    QCOMPARE(preview.pixel(0, 0), qRgb(255, 0, 0));
+    QCOMPARE(preview.pixel(1, 1), qRgb(0, 0, 255));
+    QCOMPARE(preview.pixel(5, 3), qRgb(0, 255, 0));
+    QCOMPARE(RgbToScreen(preview.pixel(6, 0)), fixture.form->state.transparentColor);
 }
 
 void TestExchangeCommands::depthRefusals_data()
