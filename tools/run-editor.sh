@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash tools/install-deps.sh
-cmake -S . -B build -DZELVANE_BENCHMARKS=OFF
+cmake -S . -B build
 cmake --build build -j2 --target zelvane-art-editor demo_rom
 cd build/demo
 exec ../zelvane-art-editor
