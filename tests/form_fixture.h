@@ -47,3 +47,13 @@ struct FormFixture {
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, line.center());
     }
 };
+
+// main() of a window test: the editor's style, so sizes and captions are as shipped.
+#define ZELVANE_WINDOW_TEST_MAIN(TestClass)                                                                            \
+    int main(int argc, char** argv)                                                                                    \
+    {                                                                                                                  \
+        QApplication app(argc, argv);                                                                                  \
+        StyleApplication(app);                                                                                         \
+        TestClass test;                                                                                                \
+        return QTest::qExec(&test, argc, argv);                                                                        \
+    }

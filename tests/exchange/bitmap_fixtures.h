@@ -3,50 +3,39 @@
 // loader is given does not depend on the reader it is tested against, and others
 // from Qt's writer.
 #include <QBuffer>
-#include <QByteArray>
 #include <QImage>
 #include <QImageWriter>
 #include <vector>
 
 enum class BmpRows { BottomUp, TopDown, RunLength };
 
-inline void AppendField(QByteArray& bytes, quint32 value, int size)
-{
-    for (int i = 0; i < size; ++i)
-        bytes.append(char((value >> (8 * i)) & 0xFF));
-}
-
+// A little-endian field of size bytes at offset, or behind the end for offset -1.
 inline void SetField(QByteArray& bytes, int offset, quint32 value, int size)
 {
+    if (offset < 0)
+        bytes.resize((offset = int(bytes.size())) + size);
     for (int i = 0; i < size; ++i)
         bytes[offset + i] = char((value >> (8 * i)) & 0xFF);
 }
 
-// Packed rows padded to 4 bytes, or runs of one pixel each with an end of line after
-// each row and an end of bitmap after the last.
-inline QByteArray PixelBytes(int width, int height, const std::vector<int>& indices, BmpRows rows)
+// A 4-bit bitmap with a 16-entry colour table; indices row by row from the top. Run
+// length rows are runs of one pixel, an end of line after each row and an end of
+// bitmap after the last.
+inline QByteArray FourBitBitmap(const std::vector<QRgb>& colors, int width, int height,
+                                const std::vector<int>& indices, BmpRows rows)
 {
     const int stride = (width + 7) / 8 * 4;
     QByteArray pixels(rows == BmpRows::RunLength ? 0 : stride * height, '\0');
     for (int stored = 0; stored < height; ++stored) {
         const int* row = &indices[size_t((rows == BmpRows::TopDown ? stored : height - 1 - stored) * width)];
-        for (int x = 0; x < width; ++x) {
+        for (int x = 0; x < width; ++x)
             if (rows == BmpRows::RunLength)
                 pixels.append(char(1)).append(char(row[x] << 4));
             else
                 pixels[stored * stride + x / 2] = char(pixels[stored * stride + x / 2] | row[x] << (x % 2 ? 0 : 4));
-        }
         if (rows == BmpRows::RunLength)
             pixels.append(char(0)).append(char(stored == height - 1 ? 1 : 0));
     }
-    return pixels;
-}
-
-// A 4-bit bitmap with a 16-entry colour table; indices row by row from the top.
-inline QByteArray FourBitBitmap(const std::vector<QRgb>& colors, int width, int height,
-                                const std::vector<int>& indices, BmpRows rows)
-{
-    const QByteArray pixels = PixelBytes(width, height, indices, rows);
     const int pixelOffset = 14 + 40 + 16 * 4;
     QByteArray bytes("BM");
     const quint32 fields[][2] = {
@@ -55,9 +44,9 @@ inline QByteArray FourBitBitmap(const std::vector<QRgb>& colors, int width, int 
         {rows == BmpRows::RunLength ? 2u : 0u, 4}, {quint32(pixels.size()), 4}, {2835, 4}, {2835, 4}, {16, 4}, {0, 4},
     };
     for (const auto& [value, size] : fields)
-        AppendField(bytes, value, int(size));
+        SetField(bytes, -1, value, int(size));
     for (QRgb color : colors)
-        AppendField(bytes, color & 0xFFFFFF, 4); // blue, green, red, unused
+        SetField(bytes, -1, color & 0xFFFFFF, 4); // blue, green, red, unused
     return bytes + pixels;
 }
 
@@ -74,8 +63,7 @@ inline std::vector<QRgb> SixteenColors()
 inline QImage SmallImage(QImage::Format format, int colors = 0)
 {
     QImage image(5, 3, format);
-    if (colors > 0)
-        image.setColorCount(colors);
+    image.setColorCount(colors);
     for (int i = 0; i < colors; ++i)
         image.setColor(i, qRgb(i, 255 - i, i / 2));
     image.fill(1);
@@ -84,9 +72,8 @@ inline QImage SmallImage(QImage::Format format, int colors = 0)
 
 inline QByteArray Encoded(const QImage& image, const char* format = "bmp")
 {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
+    QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QImageWriter(&buffer, format).write(image);
-    return bytes;
+    return buffer.data();
 }

@@ -243,12 +243,6 @@ void TestMainWindow::refusalsWithoutRom()
     QVERIFY(fixture.form->state.bitmapFile.isEmpty());
 }
 
-int main(int argc, char** argv)
-{
-    QApplication app(argc, argv);
-    StyleApplication(app);
-    TestMainWindow test;
-    return QTest::qExec(&test, argc, argv);
-}
+ZELVANE_WINDOW_TEST_MAIN(TestMainWindow)
 
 #include "test_main_window.moc"

@@ -152,12 +152,6 @@ void TestSaveCommand::frameThatDoesNotFitIsRefused()
     QCOMPARE(form.state.artTables[1].pointers[1], entry);
 }
 
-int main(int argc, char** argv)
-{
-    QApplication app(argc, argv);
-    StyleApplication(app);
-    TestSaveCommand test;
-    return QTest::qExec(&test, argc, argv);
-}
+ZELVANE_WINDOW_TEST_MAIN(TestSaveCommand)
 
 #include "test_save_command.moc"

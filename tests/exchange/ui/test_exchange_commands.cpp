@@ -247,12 +247,6 @@ void TestExchangeCommands::exportUncompressedArtWithPalette()
     }
 }
 
-int main(int argc, char** argv)
-{
-    QApplication app(argc, argv);
-    StyleApplication(app);
-    TestExchangeCommands test;
-    return QTest::qExec(&test, argc, argv);
-}
+ZELVANE_WINDOW_TEST_MAIN(TestExchangeCommands)
 
 #include "test_exchange_commands.moc"

@@ -124,12 +124,6 @@ void TestPaletteEditing::readOnlyImageRefuses()
     QCOMPARE(fixture.RomBytes(), before);
 }
 
-int main(int argc, char** argv)
-{
-    QApplication app(argc, argv);
-    StyleApplication(app);
-    TestPaletteEditing test;
-    return QTest::qExec(&test, argc, argv);
-}
+ZELVANE_WINDOW_TEST_MAIN(TestPaletteEditing)
 
 #include "test_palette_editing.moc"

@@ -159,12 +159,6 @@ void TestOpenAndLists::keyboardSelectionRefreshes()
     QCOMPARE(form.List2->count(), 4);
 }
 
-int main(int argc, char** argv)
-{
-    QApplication app(argc, argv);
-    StyleApplication(app);
-    TestOpenAndLists test;
-    return QTest::qExec(&test, argc, argv);
-}
+ZELVANE_WINDOW_TEST_MAIN(TestOpenAndLists)
 
 #include "test_open_and_lists.moc"

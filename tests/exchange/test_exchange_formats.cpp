@@ -1,0 +1,211 @@
+// Bitmap files, uncompressed art and palette files, and the section chooser's copy.
+#include "exchange/bitmap_files.h"
+#include "exchange/bitmap_fixtures.h"
+#include "exchange/section_copy.h"
+#include "exchange/uncompressed_art.h"
+#include "library_fixture.h"
+
+#include <QtTest>
+
+namespace {
+// Three columns (an odd width) and two rows of indices, top row first.
+const std::vector<int> kGrid = {0, 1, 15, 7, 3, 9};
+QByteArray GridBitmap(BmpRows rows) { return FourBitBitmap(SixteenColors(), 3, 2, kGrid, rows); }
+
+// The section view shows an 8 x 6 bitmap on kViewBackground, which differs from the
+// frame pictures' background so that a copied sample from beside the bitmap shows.
+constexpr ScreenColor kViewBackground = MakeScreenColor(1, 2, 3);
+ScreenColor BitmapColor(QPoint p)
+{
+    return QRect(0, 0, 8, 6).contains(p) ? MakeScreenColor(10 * p.x() + 5, 10 * p.y() + 5, 200) : kViewBackground;
+}
+
+struct CopyCase {
+    int viewZoom;
+    QLine points; // from the anchor to the corner
+    int zoom;
+    QRect copied; // the bitmap pixels that land at the top left
+    QSize preview = {10, 10};
+    QSize canvas = {40, 40};
+};
+
+// A surface with an earlier drawing's leftovers.
+PictureSurface Stale(QSize size, ScreenColor background = kPictureBackground)
+{
+    PictureSurface surface = MakeSurface(size.width(), size.height(), background);
+    FillSurfaceRect(surface, surface.image.rect(), MakeScreenColor(9, 9, 9));
+    return surface;
+}
+}
+Q_DECLARE_METATYPE(CopyCase)
+
+class TestExchangeFormats : public QObject {
+    Q_OBJECT
+    QTemporaryDir dir;
+
+    QString Written(const QByteArray& bytes)
+    {
+        const QString fileName = dir.filePath(QStringLiteral("in.bmp"));
+        return WriteFileBytes(fileName, bytes) ? fileName : QString();
+    }
+
+private slots:
+    void exportReplacesWholeFilesOrNothing()
+    {
+        const QString fileName = Written(QByteArray(100000, 'o')), missing = dir.filePath(QStringLiteral("none/out.bmp"));
+        const QImage image = SmallImage(QImage::Format_RGB32);
+        QString errorText;
+        QVERIFY(WriteBitmapFile(image, fileName, errorText));
+        QCOMPARE(BitmapDepth(fileName), 24);
+        QCOMPARE(QImage(fileName, "bmp"), image);
+        QVERIFY(FileBytes(fileName).size() < 1000); // the longer file is replaced whole
+        QVERIFY(!WriteBitmapFile(image, missing, errorText) && errorText.contains(QStringLiteral("out.bmp")));
+        QVERIFY(!QFile::exists(missing));
+    }
+
+    void headerFieldsAndPixels()
+    {
+        // The bits per pixel at byte 28, low byte first; bytes past the end read as 0.
+        QCOMPARE(BitmapDepth(Written(QByteArray(28, 'x') + QByteArray("\x04\x01", 2))), 0x104);
+        QCOMPARE(BitmapDepth(Written(QByteArray(28, 'x') + '\x04')), 4);
+        QCOMPARE(BitmapDepth(Written(QByteArray(28, '\x04'))), 0);
+        // Colour table entries from byte 54 are blue, green, red, unused, for slots 0-15.
+        const QByteArray entries = QByteArray(54, 'x') + QByteArray::fromHex("0000FF00" "FFFFFF00" "08080800" "040404AA" "00FF0000");
+        Palette palette;
+        palette.colors.fill(0x5555);
+        ReadBitmapPalette(palette, Written(entries + QByteArray(40, '\0') + QByteArray::fromHex("FF000000")));
+        QCOMPARE(QList<int>(palette.colors.begin(), palette.colors.end()),
+                 (QList<int>{0x001F, 0x7FFF, 0x0421, 0, 0x03E0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x7C00, 0x5555, 0x5555}));
+        // Rows bottom up, top down and run length encoded; bytes behind the pixels.
+        for (const QByteArray& bytes : {GridBitmap(BmpRows::BottomUp), GridBitmap(BmpRows::TopDown),
+                                        GridBitmap(BmpRows::RunLength), GridBitmap(BmpRows::BottomUp) + QByteArray(1000, 'w')}) {
+            QImage picture;
+            QString errorText;
+            QVERIFY2(LoadBitmapPicture(Written(bytes), picture, errorText), qPrintable(errorText));
+            QCOMPARE(picture.format(), QImage::Format_RGB32);
+            QCOMPARE(picture.size(), QSize(3, 2));
+            for (int i = 0; i < 6; ++i)
+                QCOMPARE(picture.pixel(i % 3, i / 3), SixteenColors()[size_t(kGrid[size_t(i)])]);
+        }
+    }
+
+    void loadRefusals_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        auto with = [](QByteArray bytes, int offset, quint32 value) { SetField(bytes, offset, value, 4); return bytes; };
+        const QByteArray grid = GridBitmap(BmpRows::BottomUp);
+        const QByteArray wide = Encoded(QImage(50, 40, QImage::Format_RGB32));
+        QTest::newRow("last row cut") << grid.chopped(2);
+        QTest::newRow("colour table cut") << grid.left(14 + 40 + 20);
+        QTest::newRow("run length cut") << GridBitmap(BmpRows::RunLength).chopped(4);
+        QTest::newRow("24-bit cut") << wide.left(wide.size() / 2);
+        QTest::newRow("pixels behind the end") << with(grid, 10, 5000);
+        QTest::newRow("side too long") << with(grid, 18, 16385);
+        QTest::newRow("too many pixels") << with(with(grid, 18, 10000), 22, 10000);
+        QTest::newRow("no width") << with(grid, 18, 0);
+        QTest::newRow("longer than declared") << grid + QByteArray(2 * 1024 * 1024, '\0');
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("picture of another kind") << Encoded(SmallImage(QImage::Format_RGB32), "png");
+    }
+
+    void loadRefusals()
+    {
+        QFETCH(QByteArray, bytes);
+        QImage picture = SmallImage(QImage::Format_RGB32);
+        QString errorText;
+        QVERIFY(!LoadBitmapPicture(Written(bytes), picture, errorText));
+        QVERIFY(errorText.contains(QStringLiteral("in.bmp")));
+        QCOMPARE(picture, SmallImage(QImage::Format_RGB32)); // as it was
+    }
+
+    void gridRounding()
+    {
+        // The last tile for the art's largest coordinate: (max + max mod 8) / 8, halves to even.
+        const int spans[][2] = {{0, 0}, {2, 0}, {3, 1}, {6, 2}, {7, 2}, {8, 1}, {60, 8}, {84, 11}};
+        for (const auto& [maximum, span] : spans)
+            QCOMPARE(TileSpan(maximum), span);
+        // The remainder takes the position's sign, so negative positions move towards 0.
+        const int snaps[][3] = {{7, 3, 6}, {6, 3, 6}, {4, 1, 4}, {-7, 3, -6}, {-2, 3, 0}};
+        for (const auto& [position, zoom, snapped] : snaps)
+            QCOMPARE(SnapToGrid(position, zoom), snapped);
+    }
+
+    void artBytes()
+    {
+        Palette palette = TestPalette();
+        palette.colors[2] = 0x77BD;  // the preview's background (240, 240, 240)
+        palette.colors[15] = 0x7FFF; // white, what positions beyond the preview match
+        // x, y, slot of each pixel drawn; the length; offset, byte, offset, byte...
+        const QList<std::tuple<QList<int>, int, QList<int>>> cases = {
+            {{}, 32, {0, 0x22, 31, 0x22}},
+            {{1, 0, 5}, 32, {0, 0x25, 1, 0x22, 31, 0x22}},
+            {{7, 7, 9}, 3 * 3 * 32, {31, 0x29, 32, 0x22, 287, 0x22}},
+            {{8, 0, 9, 0, 3, 9}, 2 * 2 * 32, {0, 0x22, 12, 0x92, 32, 0x92}},
+            {{60, 84, 9}, 9 * 12 * 32, {3122, 0x9F, 3126, 0xFF, 2896, 0x22, 3455, 0xFF}}};
+        for (const auto& [art, length, bytes] : cases) {
+            PictureSurface preview = MakeSurface(kPreviewWidth, kPreviewHeight);
+            for (int i = 0; i + 2 < art.size(); i += 3)
+                SetSurfacePixel(preview, art[i], art[i + 1], ConsoleToScreen(palette, art[i + 2], kPictureBackground));
+            const QByteArray result = UncompressedArtBytes(preview, palette, kPictureBackground);
+            QCOMPARE(result.size(), length);
+            for (int i = 0; i + 1 < bytes.size(); i += 2)
+                QCOMPARE(uint8_t(result[bytes[i]]), uint8_t(bytes[i + 1]));
+        }
+    }
+
+    void tplPalette()
+    {
+        const int published[32] = {0,   0,   8,   16,  25,  33,  41,  50,  58,  66,  74,  82,  91,  99,  107, 116,
+                                   124, 132, 140, 148, 157, 165, 173, 182, 190, 198, 206, 214, 223, 231, 239, 248};
+        for (int n = 0; n < 32; ++n)
+            QCOMPARE(int(TplComponent(n)), published[n]);
+        Palette palette;
+        palette.colors.fill(0x7FFF); // slots 16 and 17 are not written
+        palette.colors[7] = Word(31, 2, 0);
+        QCOMPARE(TplPaletteBytes(palette), QByteArray("TPL\0", 4) + QByteArray(21, char(248)) + QByteArray::fromHex("F80800")
+                                               + QByteArray(24, char(248)) + QByteArray(720, '\0'));
+    }
+
+    void copy_data()
+    {
+        QTest::addColumn<CopyCase>("c");
+        const QRect dragged(2, 3, 4, 2);
+        QTest::newRow("enlarged 3") << CopyCase{3, {6, 9, 18, 15}, 4, dragged};
+        QTest::newRow("one to one, strictly between") << CopyCase{1, {2, 3, 6, 5}, 2, {3, 4, 3, 1}};
+        QTest::newRow("corner before anchor") << CopyCase{2, {12, 10, 4, 6}, 3, {}};
+        QTest::newRow("corner one block on") << CopyCase{2, {4, 6, 6, 8}, 3, {2, 3, 1, 1}};
+        QTest::newRow("beyond the view") << CopyCase{3, {-3, -3, 45, 6}, 2, {-1, -1, 16, 3}, {20, 20}};
+        QTest::newRow("enlarged 11, cut at the view's edge") << CopyCase{11, {0, 0, 39, 29}, 2, {0, 0, 4, 3}};
+        QTest::newRow("cut by both pictures") << CopyCase{2, {4, 6, 12, 10}, 4, dragged, {3, 1}, {10, 6}};
+    }
+
+    void copy()
+    {
+        QFETCH(CopyCase, c);
+        const auto& [viewZoom, points, zoom, copied, preview, canvas] = c;
+        QImage bitmap(8, 6, QImage::Format_RGB32);
+        for (int y = 0; y < 6; ++y)
+            for (int x = 0; x < 8; ++x)
+                bitmap.setPixel(x, y, ScreenToRgb(BitmapColor({x, y})));
+        PictureSurface view = Stale(QSize(40, 30), kViewBackground), canvasSurface = Stale(canvas), previewSurface = Stale(preview);
+        RedrawSectionView(view, bitmap, viewZoom);
+        for (int y = 0; y < 30; ++y) // the bitmap enlarged on the cleared view
+            for (int x = 0; x < 40; ++x)
+                QCOMPARE(SurfacePixel(view, x, y), int64_t(BitmapColor(QPoint(x / viewZoom, y / viewZoom))));
+        CopySection(view, {false, points.x1(), points.y1(), points.x2(), points.y2()}, viewZoom,
+                    FrameSurfaces{canvasSurface, previewSurface, zoom});
+        auto expected = [&](int x, int y) {
+            return int64_t(x < copied.width() && y < copied.height() ? BitmapColor(copied.topLeft() + QPoint(x, y))
+                                                                     : kPictureBackground);
+        };
+        for (int y = 0; y < preview.height(); ++y)
+            for (int x = 0; x < preview.width(); ++x)
+                QCOMPARE(SurfacePixel(previewSurface, x, y), expected(x, y));
+        for (int y = 0; y < canvas.height(); ++y)
+            for (int x = 0; x < canvas.width(); ++x)
+                QCOMPARE(SurfacePixel(canvasSurface, x, y), expected(x / zoom, y / zoom));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestExchangeFormats)
+#include "test_exchange_formats.moc"

@@ -1,0 +1,57 @@
+#pragma once
+// Shared by the format library tests: images in temporary files, and a palette of
+// fifteen colours none within a step of another.
+#include "palette/palette.h"
+#include "rom_builder.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <sys/fsuid.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+inline QByteArray FileBytes(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// An image in rom.bin of a fresh folder, open while the value lives.
+struct TempImage {
+    QTemporaryDir dir;
+    QString path = dir.filePath(QStringLiteral("rom.bin"));
+    RomFile rom;
+    int32_t at = 0; // the readers' readPosition
+    QString error;
+    ~TempImage() { CloseRomFile(rom); }
+    bool Open(const QByteArray& bytes) { return WriteFileBytes(path, bytes) && OpenRomFile(rom, path, error); }
+    QByteArray Bytes() const { return FileBytes(path); }
+
+    // Root may write any file, so the open runs under an ordinary file-system identity
+    // (a call that changes nothing for other users), which must be able to reach the
+    // read-only file.
+    bool OpenReadOnly(const QByteArray& bytes)
+    {
+        const QByteArray file = QFile::encodeName(path), folder = QFile::encodeName(dir.path());
+        if (!WriteFileBytes(path, bytes) || ::chmod(file.constData(), 0444) || ::chmod(folder.constData(), 0755))
+            return false;
+        ::setfsuid(65534);
+        const bool opened = OpenRomFile(rom, path, error);
+        ::setfsuid(::geteuid());
+        return opened && !rom.writable;
+    }
+};
+
+inline ConsoleColor Word(int red, int green, int blue) { return ConsoleColor(red | green << 5 | blue << 10); }
+
+inline Palette TestPalette()
+{
+    Palette palette;
+    palette.colors[0] = kColorZeroWord;
+    for (int slot = 1; slot <= kStoredColors; ++slot)
+        palette.colors[size_t(slot)] = Word(2 * slot, 31 - slot, slot);
+    palette.colors[17] = kTransparentMarker;
+    return palette;
+}
+
+inline ScreenColor SlotColor(int slot) { return ConsoleToScreen(TestPalette(), slot, 0); }

@@ -1,0 +1,120 @@
+// Colour words and screen colours, palettes in the image, and matching a screen colour
+// back to a palette index.
+#include "library_fixture.h"
+#include "palette/color_match.h"
+#include "view/picture_surface.h"
+
+#include <QtTest>
+
+namespace {
+constexpr ScreenColor kTransparent = 0x00ABCDEF; // no console word shows as this
+
+ScreenColor Shown(int red, int green, int blue) { return WordToScreen(Word(red, green, blue)); }
+}
+
+class TestPalettes : public QObject {
+    Q_OBJECT
+private slots:
+    void wordsAndScreenColours()
+    {
+        // Components 1 and 31 in their places, halves to even (2, 6, 10, 30), the colour of
+        // index 0, bit 15 ignored, the marker transparent.
+        const QList<QPair<int, ScreenColor>> shown = {
+            {0x7C01, MakeScreenColor(8, 0, 255)},  {0x0842, MakeScreenColor(16, 16, 16)},   {0x18C6, MakeScreenColor(50, 50, 50)},
+            {0x294A, MakeScreenColor(82, 82, 82)}, {0x7BDE, MakeScreenColor(248, 248, 248)}, {0x1084, MakeScreenColor(33, 33, 33)},
+            {0x801F, MakeScreenColor(255, 0, 0)},  {0xFFFF, kTransparent}};
+        Palette palette;
+        for (const auto& [word, screen] : shown) {
+            palette.colors[5] = ConsoleColor(word);
+            QCOMPARE(ConsoleToScreen(palette, 5, kTransparent), screen);
+        }
+        // 4 is still 0 and 5 is 1, each component on its own.
+        QCOMPARE(ScreenToConsole(MakeScreenColor(4, 5, 129)), ConsoleColor(0 | 1 << 5 | 16 << 10));
+        // Every word comes back, and none shows as the pictures' background, which marks
+        // transparent pixels.
+        for (int word = 0; word <= 0x7FFF; ++word) {
+            palette.colors[1] = ConsoleColor(word);
+            const ScreenColor screen = ConsoleToScreen(palette, 1, kTransparent);
+            if (screen == kPictureBackground || ScreenToConsole(screen) != word)
+                QFAIL(qPrintable(QStringLiteral("word %1").arg(word, 4, 16)));
+        }
+    }
+
+    void readAndWriteInPlace()
+    {
+        QByteArray image(300, '\0');
+        for (int i = 0; i < image.size(); ++i) // neighbours differ, so a shifted or swapped word shows
+            image[i] = char(i * 37 + 11);
+        // Whole at the start, at an odd place and in the last 30 bytes; cut in a word, at the
+        // end and before the start, where the missing bytes read as zero.
+        const QList<QPair<int, bool>> places = {{0, true}, {133, true}, {270, true}, {285, false}, {300, false}, {-2, false}};
+        for (const auto& [position, whole] : places) {
+            TempImage t;
+            QVERIFY(t.Open(image));
+            Palette palette;
+            palette.colors.fill(0x5A5A); // an edit of slot 0 lasts only until the next read
+            QCOMPARE(ReadPalette(t.rom, t.at, palette, position), whole);
+            QCOMPARE(t.at, position + kPaletteBytes);
+            const QByteArray stored = (position < 0 ? QByteArray() : image.mid(position)) + QByteArray(30, '\0');
+            for (int slot = 1; slot <= kStoredColors; ++slot)
+                QCOMPARE(palette.colors[size_t(slot)], BigEndian16(reinterpret_cast<const uint8_t*>(stored.data()) + 2 * slot - 2));
+            QCOMPARE(palette.colors[0], kColorZeroWord);
+            QCOMPARE(palette.colors[17], kTransparentMarker);
+            if (!whole)
+                continue;
+            QByteArray expected = image;
+            for (int slot = 0; slot < kPaletteSlots; ++slot)
+                palette.colors[size_t(slot)] = ConsoleColor(slot << 8 | (0x80 + slot));
+            for (int i = 0; i < kPaletteBytes; ++i) // slots 1-15 only, high byte first
+                expected[position + i] = char(i % 2 ? 0x81 + i / 2 : 1 + i / 2);
+            QVERIFY(WritePalette(t.rom, t.at, palette, t.error) && t.at == position + kPaletteBytes);
+            QCOMPARE(t.Bytes(), expected);
+        }
+    }
+
+    void match_data()
+    {
+        QTest::addColumn<QList<int>>("placed"); // slot, word, slot, word... over TestPalette
+        QTest::addColumn<uint>("color");
+        QTest::addColumn<int>("index");
+        const QList<int> slot5{5, Word(10, 12, 14)};
+        QTest::newRow("exact") << slot5 << uint(Shown(10, 12, 14)) << 5;
+        QTest::newRow("all three one step above") << slot5 << uint(Shown(11, 13, 15)) << 5;
+        QTest::newRow("two steps above") << slot5 << uint(Shown(12, 12, 14)) << 0;
+        QTest::newRow("one step below") << slot5 << uint(Shown(9, 12, 14)) << 0;
+        QTest::newRow("lower slot wins") << QList<int>{7, 0x294A, 3, 0x294A} << uint(Shown(10, 10, 10)) << 3;
+        QTest::newRow("exact beats a step lower") << QList<int>{3, 0x2949, 4, 0x294A} << uint(Shown(10, 10, 10)) << 4;
+        QTest::newRow("colour of slot 0 stays 0") << QList<int>{4, 0x1084} << uint(Shown(4, 4, 4)) << 0;
+        QTest::newRow("marked slot never matches") << QList<int>{2, 0x8000 | Word(10, 12, 14)} << uint(Shown(10, 12, 14)) << 0;
+        QTest::newRow("slot 17 is not searched") << QList<int>{17, Word(10, 12, 14)} << uint(Shown(10, 12, 14)) << 0;
+        QTest::newRow("black from slot 16 is 1") << QList<int>{} << uint(Shown(1, 0, 0)) << 1;
+        QTest::newRow("black in slots 6 and 2") << QList<int>{6, 0, 2, 0} << uint(Shown(0, 0, 0)) << 2;
+        // A component at 0 has no lower step; borrowing from the next component's bits
+        // would reach these words.
+        QTest::newRow("no borrow from green") << QList<int>{4, 0x001F} << uint(Shown(0, 1, 0)) << 1;
+        QTest::newRow("no borrow from blue") << QList<int>{4, 0x13FF} << uint(Shown(0, 0, 5)) << 0;
+        QTest::newRow("no borrow into bit 15") << QList<int>{4, 0xFFE3, 5, 0xFFE2} << uint(Shown(3, 0, 0)) << 0;
+        QTest::newRow("no -1 reaching a stored marker") << QList<int>{3, 0xFFFF} << uint(Shown(0, 5, 5)) << 0;
+        // The words the passes try for (11, 13, 15), in order; a lower slot must not let a
+        // later pass win.
+        const int tried[8] = {Word(11, 13, 15), Word(10, 13, 15), Word(10, 12, 15), Word(10, 12, 14),
+                              Word(11, 12, 14), Word(10, 13, 14), Word(11, 12, 15), Word(11, 13, 14)};
+        for (int pass = 1; pass < 8; ++pass)
+            QTest::addRow("pass %d before pass %d", pass, pass + 1) << QList<int>{12, tried[pass - 1], 2, tried[pass]}
+                                                                  << uint(Shown(11, 13, 15)) << 12;
+    }
+
+    void match()
+    {
+        QFETCH(QList<int>, placed);
+        QFETCH(uint, color);
+        QFETCH(int, index);
+        Palette palette = TestPalette();
+        for (int i = 0; i + 1 < placed.size(); i += 2)
+            palette.colors[size_t(placed[i])] = ConsoleColor(placed[i + 1]);
+        QCOMPARE(MatchPaletteIndex(palette, color), index);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPalettes)
+#include "test_palette.moc"
