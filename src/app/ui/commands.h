@@ -2,6 +2,7 @@
 // Every command the main window starts. Each lives beside its subsystem.
 #include <QPoint>
 #include <QPointF>
+#include <QString>
 
 class Form1;
 class QListWidget;
@@ -13,6 +14,8 @@ void what_1_Click(Form1& form);
 void what_2_Click(Form1& form);
 void menu_about_Click(Form1& form);
 void menu_exit_Click(Form1& form);
+// True when an image is open and can be written; otherwise refuses with the right message.
+bool CanWriteImage(Form1& form, const QString& notLoadedText, const QString& readOnlyText);
 
 // ROM and art catalogue.
 void menu_open_Click(Form1& form);

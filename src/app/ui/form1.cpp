@@ -145,14 +145,18 @@ void Form1::WireEvents()
     on(HScroll1, &QScrollBar::valueChanged, HScroll1_Change);
     on(Command1, &QPushButton::clicked, Command1_Click);
     on(Command2, &QPushButton::clicked, Command2_Click);
-    on(save_art, &QPushButton::clicked, SaveArt);
-    on(file_saveart, &QAction::triggered, SaveArt);
-    on(export_bitmap, &QPushButton::clicked, ExportBitmap);
-    on(menu_export_bitmap, &QAction::triggered, ExportBitmap);
-    on(export_uart, &QPushButton::clicked, ExportUncompressedArt);
-    on(menu_export_uart, &QAction::triggered, ExportUncompressedArt);
-    on(load_bitmap, &QPushButton::clicked, ImportBitmap);
-    on(menu_bitmap_import, &QAction::triggered, ImportBitmap);
+    // Each menu item that repeats a button runs that button's command.
+    struct Twin {
+        QPushButton* button;
+        QAction* item;
+        void (*command)(Form1&);
+    };
+    for (const Twin& twin : {Twin{save_art, file_saveart, SaveArt}, Twin{export_bitmap, menu_export_bitmap, ExportBitmap},
+                             Twin{export_uart, menu_export_uart, ExportUncompressedArt},
+                             Twin{load_bitmap, menu_bitmap_import, ImportBitmap}}) {
+        on(twin.button, &QPushButton::clicked, twin.command);
+        on(twin.item, &QAction::triggered, twin.command);
+    }
     Picture1->onMouseDown = [&form](QPoint p) { Picture1_MouseDown(form, p); };
     Picture1->onMouseMove = [&form](QPoint p) { Picture1_MouseMove(form, p); };
     Picture1->onMouseUp = [&form](QPoint p) { Picture1_MouseUp(form, p); };

@@ -48,3 +48,12 @@ void menu_exit_Click(Form1& form)
     form.close();
     QApplication::quit();
 }
+
+bool CanWriteImage(Form1& form, const QString& notLoadedText, const QString& readOnlyText)
+{
+    if (!form.state.romLoaded)
+        ShowRefusal(&form, notLoadedText);
+    else if (!form.state.romFile.writable)
+        ShowRefusal(&form, readOnlyText.arg(form.state.romFile.fileName));
+    return form.state.romLoaded && form.state.romFile.writable;
+}

@@ -49,15 +49,10 @@ void SaveAt(Form1& form, int t, int f, int32_t position)
 
 void SaveArt(Form1& form)
 {
+    if (!CanWriteImage(form, QStringLiteral("Save what art? (*HINT* OPEN A ROM FIRST) lmao"),
+                       QStringLiteral("%1 is read-only, so the art cannot be saved into it.")))
+        return;
     EditorState& state = form.state;
-    if (!state.romLoaded) {
-        ShowRefusal(&form, QStringLiteral("Save what art? (*HINT* OPEN A ROM FIRST) lmao"));
-        return;
-    }
-    if (!state.romFile.writable) {
-        ShowRefusal(&form, QStringLiteral("%1 is read-only, so the art cannot be saved into it.").arg(state.romFile.fileName));
-        return;
-    }
     const int t = std::max(SelectedRow(form.List1), 0);
     const int selectedFrame = SelectedRow(form.List2);
     const int f = std::max(selectedFrame, 0);

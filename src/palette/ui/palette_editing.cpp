@@ -20,15 +20,10 @@ ScreenColor TypedColor(const QString& answer) { return ScreenColor(ReadHexAnswer
 
 void EditBoxColor(Form1& form, int i)
 {
+    if (!CanWriteImage(form, QStringLiteral("You cannot edit a palette when a rom is not loaded, so load one!"),
+                       QStringLiteral("%1 is read-only, so its palette cannot be changed.")))
+        return;
     EditorState& state = form.state;
-    if (!state.romLoaded) {
-        ShowRefusal(&form, QStringLiteral("You cannot edit a palette when a rom is not loaded, so load one!"));
-        return;
-    }
-    if (!state.romFile.writable) {
-        ShowRefusal(&form, QStringLiteral("%1 is read-only, so its palette cannot be changed.").arg(state.romFile.fileName));
-        return;
-    }
     const QString answer = AskText(&form, QStringLiteral("Enter the RGB in hex: "), kEditorTitle);
     if (answer.isEmpty())
         return;
