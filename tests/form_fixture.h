@@ -4,6 +4,7 @@
 #include "demo_image.h"
 #include "rom_builder.h"
 #include "ui_driver.h"
+#include "view/ui/picture_box.h"
 
 #include <QAction>
 #include <QFile>
@@ -33,10 +34,29 @@ struct FormFixture {
     }
     void Open() { Open(romPath); }
 
+    // Opens the image and shows one of its frames, as a user would to start editing.
+    Form1& ShowEntry(int entry, int frame = -1)
+    {
+        Open();
+        ClickRow(form->List1, entry);
+        if (frame >= 0)
+            ClickRow(form->List2, frame);
+        return *form;
+    }
+
     QByteArray RomBytes() const
     {
         QFile file(romPath);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    // Press, move and release at one point of the canvas's drawing area.
+    static void Stroke(Form1& form, QPoint point)
+    {
+        const QPoint at = point + QPoint(PictureBox::kBorder, PictureBox::kBorder);
+        QTest::mousePress(form.Picture1, Qt::LeftButton, {}, at);
+        QTest::mouseMove(form.Picture1, at);
+        QTest::mouseRelease(form.Picture1, Qt::LeftButton, {}, at);
     }
 
     // Clicks a list line as a user would.

@@ -102,11 +102,11 @@ private:
         QWidget* modal = QApplication::activeModalWidget();
         if (!modal)
             return;
-        if (modal == answered)
-            return; // still closing
+        if (answered.contains(modal))
+            return; // answered and still closing, or waiting for a dialog it opened
         if (!answers.empty() && answers.front()(modal)) {
             answers.pop_front();
-            answered = modal;
+            answered.append(modal);
             return;
         }
         // A dialog nobody expected: note it and close it, so the test fails instead of hanging.
@@ -117,6 +117,6 @@ private:
     }
 
     QTimer timer;
-    QPointer<QWidget> answered;
+    QList<QPointer<QWidget>> answered;
     std::deque<std::function<bool(QWidget*)>> answers;
 };

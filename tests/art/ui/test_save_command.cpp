@@ -22,15 +22,9 @@ uint32_t EntryBytes(const QByteArray& rom, int table, int f) { return BigEndian3
 // Opens the image, shows frame 1 of entry 1 and paints one pixel of slot 4 at (2, 2).
 void PaintOnFrame(FormFixture& fixture)
 {
-    fixture.Open();
-    Form1& form = *fixture.form;
-    FormFixture::ClickRow(form.List1, 1);
-    FormFixture::ClickRow(form.List2, 1);
+    Form1& form = fixture.ShowEntry(1, 1);
     form.state.currentColor = 4;
-    const QPoint at(2 * 5 + PictureBox::kBorder, 2 * 5 + PictureBox::kBorder);
-    QTest::mousePress(form.Picture1, Qt::LeftButton, {}, at);
-    QTest::mouseMove(form.Picture1, at);
-    QTest::mouseRelease(form.Picture1, Qt::LeftButton, {}, at);
+    FormFixture::Stroke(form, {2 * 5, 2 * 5});
 }
 }
 

@@ -54,10 +54,7 @@ void Drag(PictureBox* view, QPoint from, QPoint to)
 void TestExchangeCommands::importedSectionIsSavedIntoTheImage()
 {
     FormFixture fixture;
-    fixture.Open();
-    Form1& form = *fixture.form;
-    FormFixture::ClickRow(form.List1, 1);
-    FormFixture::ClickRow(form.List2, 1);
+    Form1& form = fixture.ShowEntry(1, 1);
     const QString bitmap = WriteTestBitmap(fixture.dir);
     ImportBitmapFile(fixture, bitmap, QMessageBox::Yes);
     QCOMPARE(fixture.driver.seen.at(1).title, QStringLiteral("Load Bitmap File"));
@@ -171,9 +168,7 @@ void TestExchangeCommands::closedChooserIsBuiltAgain()
 void TestExchangeCommands::exportBitmapIsPixelExact()
 {
     FormFixture fixture;
-    fixture.Open();
-    Form1& form = *fixture.form;
-    FormFixture::ClickRow(form.List1, 1);
+    Form1& form = fixture.ShowEntry(1);
     const QString path = fixture.dir.filePath("frame.bmp");
     fixture.driver.ChooseFile(path);
     form.export_bitmap->click();
@@ -204,9 +199,7 @@ void TestExchangeCommands::exportUncompressedArtWithPalette()
     QFETCH(QString, paletteName);
     QFETCH(bool, paletteWritten);
     FormFixture fixture;
-    fixture.Open();
-    Form1& form = *fixture.form;
-    FormFixture::ClickRow(form.List1, 2);
+    Form1& form = fixture.ShowEntry(2);
     const QString artPath = fixture.dir.filePath("art.dat");
     fixture.driver.ChooseFile(artPath);
     fixture.driver.PressButton(answer);
