@@ -28,16 +28,6 @@ std::array<ConsoleColor, 15> PaletteWords(int n)
     return words;
 }
 
-Palette PaletteRecord(int n)
-{
-    Palette palette;
-    palette.colors[0] = kColorZeroWord;
-    const auto words = PaletteWords(n % 7);
-    std::copy(words.begin(), words.end(), palette.colors.begin() + 1);
-    palette.colors[17] = kTransparentMarker;
-    return palette;
-}
-
 // 101 lines of 101 pixels, centred on frame position (0, 0).
 QByteArray LargestFrameBytes()
 {
@@ -79,7 +69,7 @@ QByteArray DemoLayoutImage()
         std::vector<uint32_t> list;
         for (int f = 0; f < frames; ++f) {
             const QByteArray bytes = n == 0 && f == 0 ? LargestFrameBytes()
-                                                      : SpriteFrameBytes(Blob(f), PaletteRecord(n), 15, 0);
+                                                      : SpriteFrameBytes(Blob(f), 15, 0);
             int at = position + frames * 4;
             if (f > 0) {
                 at = freeAt;

@@ -1,7 +1,7 @@
 #pragma once
 // Answers the modal dialogs that a command opens with exec(), from a timer, so the
-// tests drive the real message boxes, input boxes and file dialogs.
-#include <QAbstractButton>
+// window test drives the real message boxes, input boxes and file dialogs. Each
+// dialog answered is kept as one line: what it showed and offered.
 #include <QPushButton>
 #include <QApplication>
 #include <QFileDialog>
@@ -11,16 +11,6 @@
 #include <QTimer>
 #include <deque>
 #include <functional>
-
-struct SeenDialog {
-    QString title;
-    QString text; // message text, input prompt, or the file dialog's name filters joined by ';;'
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    QMessageBox::StandardButtons buttons;
-    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
-    QFileDialog::AcceptMode acceptMode = QFileDialog::AcceptOpen;
-    QString selectedFilter;
-};
 
 class DialogDriver {
 public:
@@ -32,86 +22,72 @@ public:
     }
 
     // Each answer handles the next modal dialog that opens, in order.
-    void PressButton(QMessageBox::StandardButton button)
+    void Press(QMessageBox::StandardButton button)
     {
-        answers.push_back([this, button](QWidget* w) {
-            auto* box = qobject_cast<QMessageBox*>(w);
-            if (!box)
-                return false;
-            SeenDialog s;
-            s.title = box->windowTitle();
-            s.text = box->text();
-            s.icon = box->icon();
-            s.buttons = box->standardButtons();
-            s.defaultButton = box->defaultButton() ? box->standardButton(box->defaultButton()) : QMessageBox::NoButton;
-            seen.push_back(s);
+        Expect<QMessageBox>([this, button](QMessageBox* box) {
+            const auto name = [](int buttons) {
+                QStringList names;
+                for (const auto& [button, text] : {std::pair{QMessageBox::Ok, "Ok"}, {QMessageBox::Yes, "Yes"},
+                                                   {QMessageBox::No, "No"}, {QMessageBox::Cancel, "Cancel"}})
+                    if (buttons & button)
+                        names << text;
+                return names.join(u'|');
+            };
+            seen << QStringLiteral("%1 %2: %3 [%4] default %5")
+                        .arg(int(box->icon()))
+                        .arg(box->windowTitle(), box->text(), name(int(box->standardButtons())),
+                             name(box->standardButton(box->defaultButton())));
             QAbstractButton* pressed = box->button(button);
             // Clicked after this poll returns, so a dialog it opens can be answered too.
             QTimer::singleShot(0, pressed, [pressed] { pressed->click(); });
-            return true;
         });
     }
-
-    void Type(const QString& text, bool cancel = false)
+    void Type(const QString& text)
     {
-        answers.push_back([this, text, cancel](QWidget* w) {
-            auto* box = qobject_cast<QInputDialog*>(w);
-            if (!box)
-                return false;
-            SeenDialog s;
-            s.title = box->windowTitle();
-            s.text = box->labelText();
-            seen.push_back(s);
+        Expect<QInputDialog>([this, text](QInputDialog* box) {
+            seen << QStringLiteral("text %1: %2").arg(box->windowTitle(), box->labelText());
             box->setTextValue(text);
-            QTimer::singleShot(0, box, [box, cancel] { cancel ? box->reject() : box->accept(); });
-            return true;
+            QTimer::singleShot(0, box, [box] { box->accept(); });
         });
     }
-
-    // An empty path cancels the dialog.
-    void ChooseFile(const QString& path)
+    void Choose(const QString& path)
     {
-        answers.push_back([this, path](QWidget* w) {
-            auto* dialog = qobject_cast<QFileDialog*>(w);
-            if (!dialog)
-                return false;
-            SeenDialog s;
-            s.title = dialog->windowTitle();
-            s.text = dialog->nameFilters().join(QStringLiteral(";;"));
-            s.acceptMode = dialog->acceptMode();
-            s.selectedFilter = dialog->selectedNameFilter();
-            seen.push_back(s);
-            if (!path.isEmpty())
-                dialog->selectFile(path);
-            // The file dialog's own accept checks the name and may ask before replacing a file.
-            QTimer::singleShot(0, dialog, [dialog, path] {
-                path.isEmpty() ? dialog->reject() : static_cast<QDialog*>(dialog)->accept();
-            });
-            return true;
+        Expect<QFileDialog>([this, path](QFileDialog* dialog) {
+            seen << QStringLiteral("%1 %2: %3 (%4)")
+                        .arg(dialog->acceptMode() == QFileDialog::AcceptOpen ? "open" : "save", dialog->windowTitle(),
+                             dialog->nameFilters().join(";;"), dialog->selectedNameFilter());
+            dialog->selectFile(path);
+            QTimer::singleShot(0, dialog, [dialog] { static_cast<QDialog*>(dialog)->accept(); });
         });
     }
 
-    bool AllAnswered() const { return answers.empty(); }
-
-    std::vector<SeenDialog> seen;
+    QStringList seen;
     QStringList unexpected;
 
 private:
+    template <typename Dialog>
+    void Expect(std::function<void(Dialog*)> answer)
+    {
+        answers.push_back([answer](QWidget* w) {
+            auto* dialog = qobject_cast<Dialog*>(w);
+            if (dialog)
+                answer(dialog);
+            return dialog != nullptr;
+        });
+    }
+
     void Poll()
     {
         QWidget* modal = QApplication::activeModalWidget();
-        if (!modal)
-            return;
-        if (answered.contains(modal))
-            return; // answered and still closing, or waiting for a dialog it opened
+        if (!modal || answered.contains(modal))
+            return; // none, or answered and still closing
         if (!answers.empty() && answers.front()(modal)) {
             answers.pop_front();
             answered.append(modal);
             return;
         }
         // A dialog nobody expected: note it and close it, so the test fails instead of hanging.
-        auto* box = qobject_cast<QMessageBox*>(modal);
-        unexpected.push_back(modal->windowTitle() + QStringLiteral(": ") + (box ? box->text() : QString()));
+        unexpected << modal->windowTitle();
         if (auto* dialog = qobject_cast<QDialog*>(modal))
             dialog->reject();
     }

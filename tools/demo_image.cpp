@@ -111,7 +111,7 @@ uint32_t Address(int position) { return uint32_t(position) + kCartridgeBase; }
 
 // Frame 0 follows the list, so the list ends by the position rule; table 3 ends at
 // a marker instead and table 2 has an empty slot that repeats frame 0.
-void PutTable(Layout& rom, int table, const Palette& palette)
+void PutTable(Layout& rom, int table)
 {
     const int frames = 3 + table % 4;
     const int position = kArtTablePositions[size_t(table)];
@@ -122,7 +122,7 @@ void PutTable(Layout& rom, int table, const Palette& palette)
     int firstAt = position + entries * 4;
     for (int f = 0; f < frames; ++f) {
         const IndexGrid sprite = Sprite(table, f);
-        const QByteArray bytes = SpriteFrameBytes(sprite, palette, sprite.width / 2, 0);
+        const QByteArray bytes = SpriteFrameBytes(sprite, sprite.width / 2, 0);
         int at = rom.freeAt;
         if (f == 0 && !marker)
             at = firstAt;
@@ -143,14 +143,9 @@ QByteArray BuildDemoImage()
 {
     Layout rom;
     PutBytes(rom.image, 0x100, QByteArray("ZELVANE DEMO IMAGE FOR THE ART EDITOR"));
-    std::array<Palette, kArtTableCount> palettes{};
     for (int n = 0; n < kArtTableCount; ++n) {
-        const auto words = PaletteWords(n % 7);
-        PutPaletteWords(rom.image, kPalettePositions[size_t(n)], words);
-        palettes[size_t(n)].colors[0] = kColorZeroWord;
-        std::copy(words.begin(), words.end(), palettes[size_t(n)].colors.begin() + 1);
+        PutPaletteWords(rom.image, kPalettePositions[size_t(n)], PaletteWords(n % 7));
+        PutTable(rom, n);
     }
-    for (int n = 0; n < kArtTableCount; ++n)
-        PutTable(rom, n, palettes[size_t(n)]);
     return rom.image;
 }

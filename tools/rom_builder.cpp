@@ -1,14 +1,8 @@
 #include "rom_builder.h"
 
 #include "art/frame_encoder.h"
-#include "view/picture_surface.h"
 
 #include <QFile>
-
-IndexGrid MakeIndexGrid(int width, int height)
-{
-    return IndexGrid{width, height, std::vector<int>(size_t(width * height), -1)};
-}
 
 void PutBytes(QByteArray& image, int position, const QByteArray& bytes)
 {
@@ -38,20 +32,12 @@ void PutPaletteWords(QByteArray& image, int position, const std::array<ConsoleCo
     PutBytes(image, position, bytes);
 }
 
-QByteArray SpriteFrameBytes(const IndexGrid& sprite, const Palette& palette, int right, int bottom)
+QByteArray SpriteFrameBytes(const IndexGrid& sprite, int right, int bottom)
 {
-    QImage image(sprite.width + 1, sprite.height + 1, QImage::Format_RGB32);
-    image.fill(ScreenToRgb(kPictureBackground));
-    for (int y = 0; y < sprite.height; ++y)
-        for (int x = 0; x < sprite.width; ++x) {
-            const int index = sprite.cells[size_t(y * sprite.width + x)];
-            if (index >= 0)
-                image.setPixel(x, y, ScreenToRgb(ConsoleToScreen(palette, index, kPictureBackground)));
-        }
     ArtFrame frame;
     frame.right = int16_t(right);
     frame.bottom = int16_t(bottom);
-    EncodeFrame(frame, image, palette, kPictureBackground);
+    EncodeGrid(frame, sprite);
     return FrameBytes(frame);
 }
 

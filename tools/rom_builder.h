@@ -1,6 +1,7 @@
 #pragma once
 // Builds ROM images in memory, for the tests and the demo image.
 #include "art/art_frame.h"
+#include "art/pixel_grid.h"
 #include "palette/palette.h"
 
 #include <QByteArray>
@@ -8,14 +9,8 @@
 #include <vector>
 
 // Palette indices of a sprite, row by row; -1 is a transparent position.
-struct IndexGrid {
-    int width = 0;
-    int height = 0;
-    std::vector<int> cells;
-    int& At(int x, int y) { return cells[size_t(y * width + x)]; }
-};
-
-IndexGrid MakeIndexGrid(int width, int height);
+using IndexGrid = PixelGrid;
+inline IndexGrid MakeIndexGrid(int width, int height) { return MakePixelGrid(width, height); }
 
 void PutBytes(QByteArray& image, int position, const QByteArray& bytes);
 void PutWord32(QByteArray& image, int position, uint32_t value);
@@ -23,8 +18,8 @@ void PutWord32(QByteArray& image, int position, uint32_t value);
 void PutTableEntries(QByteArray& image, int position, const std::vector<uint32_t>& entries);
 void PutPaletteWords(QByteArray& image, int position, const std::array<ConsoleColor, 15>& words);
 
-// The bytes the editor would save for this sprite drawn in palette, with the frame's
+// The bytes the editor saves for this sprite, with the frame's
 // rightmost column at X = right and lowest row at Y = bottom.
-QByteArray SpriteFrameBytes(const IndexGrid& sprite, const Palette& palette, int right, int bottom);
+QByteArray SpriteFrameBytes(const IndexGrid& sprite, int right, int bottom);
 
 bool WriteFileBytes(const QString& fileName, const QByteArray& bytes);

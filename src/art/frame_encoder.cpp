@@ -6,17 +6,12 @@ namespace {
 constexpr int kMaxRuns = kFrameLineSlots - 1; // the last slot stays free for the empty line
 constexpr int kMaxRunPixels = kLinePixelSlots - 1; // room for the widening pixel
 
-bool IsDrawn(const QImage& image, int x, int y, ScreenColor transparentColor)
-{
-    return image.valid(x, y) && RgbToScreen(image.pixel(x, y)) != transparentColor;
-}
-
-void FindExtent(const QImage& image, ScreenColor transparentColor, int& maxX, int& maxY)
+void FindExtent(const PixelGrid& grid, int& maxX, int& maxY)
 {
     maxX = maxY = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (IsDrawn(image, x, y, transparentColor)) {
+    for (int y = 0; y < grid.height; ++y)
+        for (int x = 0; x < grid.width; ++x)
+            if (grid.At(x, y) != kNoPixel) {
                 maxX = std::max(maxX, x);
                 maxY = std::max(maxY, y);
             }
@@ -36,19 +31,19 @@ FrameFit CheckRange(const ArtFrame& frame)
     return FrameFit::Fits;
 }
 
-FrameFit BuildRuns(ArtFrame& out, const QImage& image, const Palette& palette, ScreenColor transparentColor,
-                   int maxX, int maxY)
+FrameFit BuildRuns(ArtFrame& out, const PixelGrid& grid, int maxX, int maxY)
 {
     int n = 0, count = 0;
     for (int r = 0; r <= maxY + 1; ++r) {
         for (int x = 0; x <= maxX + 1; ++x) {
-            if (IsDrawn(image, x, r, transparentColor)) {
+            const bool drawn = x < grid.width && r < grid.height && grid.At(x, r) != kNoPixel;
+            if (drawn) {
                 if (n >= kMaxRuns)
                     return FrameFit::TooManyRuns;
                 if (count >= kMaxRunPixels)
                     return FrameFit::RunTooLong;
                 FrameLine& line = out.lines[size_t(n)];
-                line.pixels[size_t(count)] = int16_t(MatchPaletteIndex(palette, RgbToScreen(image.pixel(x, r))));
+                line.pixels[size_t(count)] = int16_t(grid.At(x, r));
                 line.y = int16_t(r + out.top);
                 ++count;
             } else if (count > 0) {
@@ -77,7 +72,17 @@ QString FrameFitText(FrameFit fit)
     return {};
 }
 
-FrameFit EncodeFrame(ArtFrame& frame, const QImage& image, const Palette& palette, ScreenColor transparentColor)
+PixelGrid MatchPicture(const QImage& image, const Palette& palette, ScreenColor transparentColor)
+{
+    PixelGrid grid = MakePixelGrid(image.width(), image.height());
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (const ScreenColor color = RgbToScreen(image.pixel(x, y)); color != transparentColor)
+                grid.At(x, y) = MatchPaletteIndex(palette, color);
+    return grid;
+}
+
+FrameFit EncodeGrid(ArtFrame& frame, const PixelGrid& grid)
 {
     static thread_local ArtFrame out;
     out = ArtFrame{};
@@ -85,7 +90,7 @@ FrameFit EncodeFrame(ArtFrame& frame, const QImage& image, const Palette& palett
     out.right = frame.right;
     out.bottom = frame.bottom;
     int maxX = 0, maxY = 0;
-    FindExtent(image, transparentColor, maxX, maxY);
+    FindExtent(grid, maxX, maxY);
     const int left = out.right - maxX, top = out.bottom - maxY;
     if (left < INT16_MIN)
         return FrameFit::XOutOfRange;
@@ -93,12 +98,17 @@ FrameFit EncodeFrame(ArtFrame& frame, const QImage& image, const Palette& palett
         return FrameFit::YOutOfRange;
     out.left = int16_t(left);
     out.top = int16_t(top);
-    FrameFit fit = BuildRuns(out, image, palette, transparentColor, maxX, maxY);
+    FrameFit fit = BuildRuns(out, grid, maxX, maxY);
     if (fit == FrameFit::Fits)
         fit = CheckRange(out);
     if (fit == FrameFit::Fits)
         frame = out;
     return fit;
+}
+
+FrameFit EncodeFrame(ArtFrame& frame, const QImage& image, const Palette& palette, ScreenColor transparentColor)
+{
+    return EncodeGrid(frame, MatchPicture(image, palette, transparentColor));
 }
 
 QByteArray FrameBytes(ArtFrame& frame)

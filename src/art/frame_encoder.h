@@ -1,6 +1,7 @@
 #pragma once
 // Rebuilds a frame from the frame image (the 1:1 preview) and turns it into bytes.
 #include "art/art_frame.h"
+#include "art/pixel_grid.h"
 #include "palette/palette.h"
 
 #include <QByteArray>
@@ -11,9 +12,15 @@
 enum class FrameFit { Fits, TooManyRuns, RunTooLong, XOutOfRange, YOutOfRange };
 QString FrameFitText(FrameFit fit);
 
-// Runs of drawn pixels (any colour but transparentColor) become the frame's lines,
-// matched against palette. right and bottom stay; left and top follow from the image.
-// A frame that does not fit leaves the record untouched.
+// The palette index of every drawn pixel (any colour but transparentColor).
+PixelGrid MatchPicture(const QImage& image, const Palette& palette, ScreenColor transparentColor);
+
+// Runs of drawn cells become the frame's lines; column 0 is frame X left. right and
+// bottom stay, and left and top follow from the rightmost and lowest drawn cells. A
+// frame that does not fit leaves the record untouched.
+FrameFit EncodeGrid(ArtFrame& frame, const PixelGrid& grid);
+
+// The editor's save: the preview's pixels matched against palette, then encoded.
 FrameFit EncodeFrame(ArtFrame& frame, const QImage& image, const Palette& palette, ScreenColor transparentColor);
 
 // The frame's bytes; odd lines gain an index-0 pixel, in the record too.

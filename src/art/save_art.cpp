@@ -8,20 +8,20 @@ void SetFramePointer(ArtTable& table, int f, int32_t position)
         table.pointers[size_t(f)] = position;
 }
 
-bool WriteFramePointer(RomFile& rom, int32_t& readPosition, const ArtTable& table, int f, QString& errorText)
+RomPatch FramePointerPatch(const ArtTable& table, int f)
 {
-    if (f < 0 || f >= kTableSlots) {
-        errorText = QStringLiteral("There is no frame %1 in this table.").arg(f);
-        return false;
+    QByteArray bytes(4, '\0');
+    PutBigEndian32(reinterpret_cast<uint8_t*>(bytes.data()), uint32_t(table.pointers[size_t(f)]) + kCartridgeBase);
+    return {int64_t(table.position) + 4 * int64_t(f), bytes};
+}
+
+std::optional<int32_t> AppendPosition(int64_t fileLength, QString& errorText)
+{
+    if (fileLength < 0 || fileLength >= int64_t(kCartridgeBase)) {
+        errorText = QStringLiteral("Nothing was saved: the end of this file lies beyond what a table entry can address.");
+        return std::nullopt;
     }
-    const int64_t at = int64_t(table.position) + 4 * int64_t(f);
-    uint8_t bytes[4];
-    PutBigEndian32(bytes, uint32_t(table.pointers[size_t(f)]) + kCartridgeBase);
-    readPosition = int32_t(at);
-    if (!WriteRomBytes(rom, at, bytes, sizeof bytes, errorText))
-        return false;
-    readPosition = int32_t(at + 4);
-    return true;
+    return int32_t(fileLength);
 }
 
 std::optional<int32_t> TypedSavePosition(const QString& answer, int64_t fileLength, QString& errorText)
@@ -43,6 +43,13 @@ std::optional<int32_t> TypedSavePosition(const QString& answer, int64_t fileLeng
     return int32_t(typed.value);
 }
 
+std::vector<RomPatch> FrameSavePatches(const ArtTable& table, int f, ArtFrame& frame, int32_t position)
+{
+    ArtTable pointed = table;
+    SetFramePointer(pointed, f, position);
+    return {FramePointerPatch(pointed, f), {position, FrameBytes(frame)}};
+}
+
 bool SaveFrameAt(RomFile& rom, int32_t& readPosition, const FrameSave& save, int32_t position, QString& errorText)
 {
     if (!rom.writable) {
@@ -54,25 +61,19 @@ bool SaveFrameAt(RomFile& rom, int32_t& readPosition, const FrameSave& save, int
         return false;
     }
     ArtFrame encoded = save.frame;
-    const FrameFit fit = EncodeFrame(encoded, save.image, save.palette, save.transparentColor);
+    const FrameFit fit = EncodeGrid(encoded, save.pixels);
     if (fit != FrameFit::Fits) {
         errorText = FrameFitText(fit) + QStringLiteral(" Nothing was saved.");
         return false;
     }
-    const int32_t oldEntry = save.table.pointers[size_t(save.f)];
-    SetFramePointer(save.table, save.f, position);
-    if (!WriteFramePointer(rom, readPosition, save.table, save.f, errorText)) {
-        SetFramePointer(save.table, save.f, oldEntry);
+    const std::vector<RomPatch> patches = FrameSavePatches(save.table, save.f, encoded, position);
+    readPosition = position;
+    if (!WriteOrRestore(rom, patches, errorText)) {
+        errorText = QStringLiteral("The art was not saved: %1").arg(errorText);
         return false;
     }
+    SetFramePointer(save.table, save.f, position);
     save.frame = encoded;
-    if (WriteFrame(rom, readPosition, save.frame, position, errorText))
-        return true;
-    // Never leave the entry pointing at a frame that was not written whole.
-    SetFramePointer(save.table, save.f, oldEntry);
-    int32_t ignored = 0;
-    QString restoreError;
-    if (!WriteFramePointer(rom, ignored, save.table, save.f, restoreError))
-        errorText += QStringLiteral("\nThe old table entry could not be restored either: ") + restoreError;
-    return false;
+    readPosition = int32_t(uint32_t(position) + uint32_t(patches.back().bytes.size() - 2));
+    return true;
 }

@@ -14,6 +14,10 @@ bool WriteBitmapFile(const QImage& image, const QString& fileName, QString& erro
 // files give 0.
 int BitmapDepth(const QString& fileName);
 
+// Only 16-colour bitmaps (4 bits per pixel) are imported; nothing else is checked.
+constexpr int kImportedBitmapDepth = 4;
+inline bool HasImportedDepth(const QString& fileName) { return BitmapDepth(fileName) == kImportedBitmapDepth; }
+
 // Colour table entries 0-15 (blue, green, red, unused from byte 54) into slots 0-15;
 // missing bytes read as 0.
 void ReadBitmapPalette(Palette& palette, const QString& fileName);

@@ -22,13 +22,18 @@ bool ReadPalette(const RomFile& rom, int32_t& readPosition, Palette& palette, in
     return available == kPaletteBytes;
 }
 
+RomPatch PalettePatch(const Palette& palette)
+{
+    QByteArray bytes(kPaletteBytes, '\0');
+    for (int slot = 1; slot <= kStoredColors; ++slot)
+        PutBigEndian16(reinterpret_cast<uint8_t*>(bytes.data()) + (slot - 1) * 2, palette.colors[size_t(slot)]);
+    return {palette.position, bytes};
+}
+
 bool WritePalette(RomFile& rom, int32_t& readPosition, const Palette& palette, QString& errorText)
 {
     readPosition = palette.position;
-    uint8_t bytes[kPaletteBytes];
-    for (int slot = 1; slot <= kStoredColors; ++slot)
-        PutBigEndian16(bytes + (slot - 1) * 2, palette.colors[size_t(slot)]);
-    if (!WriteRomBytes(rom, palette.position, bytes, sizeof bytes, errorText))
+    if (!WriteOrRestore(rom, {PalettePatch(palette)}, errorText))
         return false;
     readPosition = int32_t(uint32_t(palette.position) + kPaletteBytes);
     return true;

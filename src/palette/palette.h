@@ -1,7 +1,7 @@
 #pragma once
 // Palette records: 15 stored colour words plus the editor's own slots 0, 16 and 17.
 #include "palette/colors.h"
-#include "rom/rom_file.h"
+#include "rom/rom_patch.h"
 
 #include <QString>
 
@@ -23,5 +23,9 @@ ScreenColor ConsoleToScreen(const Palette& palette, int slot, ScreenColor transp
 // read as zero; the result says whether all 30 were there.
 bool ReadPalette(const RomFile& rom, int32_t& readPosition, Palette& palette, int32_t position);
 
-// Writes slots 1-15 back in place. False (with errorText) when the image refuses.
+// Slots 1-15 as the image stores them, at the record's position.
+RomPatch PalettePatch(const Palette& palette);
+
+// Writes slots 1-15 back in place, or leaves the image as it was. False (with
+// errorText) when the image refuses.
 bool WritePalette(RomFile& rom, int32_t& readPosition, const Palette& palette, QString& errorText);

@@ -8,7 +8,40 @@
 
 namespace {
 QString SystemErrorText(int error) { return QString::fromLocal8Bit(std::strerror(error)); }
+
+struct PendingFault {
+    int writesLeft = 0; // 0: none pending
+    WriteFault fault = WriteFault::Fails;
+} pendingFault;
+
+// Gives the errno to fail this write with (and how many bytes to write first), or 0.
+int TakeFault(int64_t count, int64_t& bytesFirst)
+{
+    if (pendingFault.writesLeft == 0 || --pendingFault.writesLeft > 0)
+        return 0;
+    bytesFirst = pendingFault.fault == WriteFault::WritesShort ? count / 2 : 0;
+    return pendingFault.fault == WriteFault::Fails ? EIO : ENOSPC;
 }
+
+bool WriteAll(int fd, int64_t position, const char* in, int64_t count, QString& errorText)
+{
+    int64_t done = 0;
+    while (done < count) {
+        const ssize_t put = ::pwrite(fd, in + done, size_t(count - done), off_t(position + done));
+        if (put < 0 && errno == EINTR)
+            continue;
+        if (put <= 0) {
+            errorText = put < 0 ? SystemErrorText(errno) : QStringLiteral("The disk accepted no more bytes.");
+            return false;
+        }
+        done += put;
+    }
+    return true;
+}
+}
+
+void InjectWriteFault(int nth, WriteFault fault) { pendingFault = {nth, fault}; }
+void ClearWriteFault() { pendingFault = {}; }
 
 bool OpenRomFile(RomFile& rom, const QString& fileName, QString& errorText)
 {
@@ -85,16 +118,26 @@ bool WriteRomBytes(RomFile& rom, int64_t position, const void* data, int64_t cou
         return false;
     }
     const auto* in = static_cast<const char*>(data);
-    int64_t done = 0;
-    while (done < count) {
-        const ssize_t put = ::pwrite(rom.fd, in + done, size_t(count - done), off_t(position + done));
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0) {
-            errorText = put < 0 ? SystemErrorText(errno) : QStringLiteral("The disk accepted no more bytes.");
+    int64_t bytesFirst = 0;
+    if (const int fault = TakeFault(count, bytesFirst)) {
+        WriteAll(rom.fd, position, in, bytesFirst, errorText);
+        errorText = SystemErrorText(fault);
+        return false;
+    }
+    return WriteAll(rom.fd, position, in, count, errorText);
+}
+
+bool TruncateRom(RomFile& rom, int64_t length, QString& errorText)
+{
+    if (rom.fd < 0 || !rom.writable || length < 0) {
+        errorText = QStringLiteral("The ROM image cannot be cut back to its old length.");
+        return false;
+    }
+    while (::ftruncate(rom.fd, off_t(length)) != 0) {
+        if (errno != EINTR) {
+            errorText = SystemErrorText(errno);
             return false;
         }
-        done += put;
     }
     return true;
 }

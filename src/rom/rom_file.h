@@ -27,6 +27,15 @@ int64_t ReadRomBytes(const RomFile& rom, int64_t position, void* buffer, int64_t
 // is read-only, the position is negative, or the system refuses part of the write.
 bool WriteRomBytes(RomFile& rom, int64_t position, const void* data, int64_t count, QString& errorText);
 
+// Cuts the file back to length; only ever used to undo a write that made it longer.
+bool TruncateRom(RomFile& rom, int64_t length, QString& errorText);
+
+// A seam for tests: the nth call to WriteRomBytes from now on (1 for the next) fails,
+// having written nothing, or half its bytes first, or reporting a full disk.
+enum class WriteFault { Fails, WritesShort, DiskFull };
+void InjectWriteFault(int nth, WriteFault fault);
+void ClearWriteFault();
+
 // Big-endian helpers over a byte buffer.
 inline uint16_t BigEndian16(const uint8_t* p) { return uint16_t((p[0] << 8) | p[1]); }
 inline uint32_t BigEndian32(const uint8_t* p) {

@@ -80,6 +80,7 @@ struct SaveCase {
     int position = kOddLength;
     QStringList rows = kTwoRows;
     bool saved = false, writable = true;
+    int faultAt = 0; // the write that fails, after writing half its bytes
 };
 }
 Q_DECLARE_METATYPE(EncodeCase)
@@ -208,12 +209,15 @@ private slots:
         QTest::newRow("frame with 101 runs") << SaveCase{2, kOddLength, Runs(101)};
         QTest::newRow("frame number -1") << SaveCase{-1};
         QTest::newRow("frame number 151") << SaveCase{151};
+        QTest::newRow("entry write fails") << SaveCase{2, kOddLength, kTwoRows, false, true, 1};
+        QTest::newRow("appended frame write fails") << SaveCase{2, kOddLength, kTwoRows, false, true, 2};
+        QTest::newRow("frame write inside fails") << SaveCase{0, 0x1F0000, kTwoRows, false, true, 2};
     }
 
     void save()
     {
         QFETCH(SaveCase, c);
-        const auto& [f, position, rows, saved, writable] = c;
+        const auto& [f, position, rows, saved, writable, faultAt] = c;
         QByteArray image(kOddLength, '\0');
         for (int i = 0; i < image.size(); i += 97) // bytes that differ every so often
             image[i] = char(i / 97);
@@ -224,8 +228,11 @@ private slots:
         QCOMPARE(ReadArtTable(t.rom, t.at, table, kTable), TableEnd::EndMarker);
         std::array<int32_t, kTableSlots> pointers = table.pointers;
         ArtFrame frame = UsedFrame(1, 0);
-        QCOMPARE(SaveFrameAt(t.rom, t.at, {table, f, frame, Picture(rows), TestPalette(), kPictureBackground}, position, t.error),
-                 saved);
+        const ArtFrame before = frame;
+        InjectWriteFault(faultAt, WriteFault::WritesShort);
+        const PixelGrid pixels = MatchPicture(Picture(rows), TestPalette(), kPictureBackground);
+        QCOMPARE(SaveFrameAt(t.rom, t.at, {table, f, frame, pixels}, position, t.error), saved);
+        ClearWriteFault();
         QCOMPARE(t.error.isEmpty(), saved);
         if (saved) {
             PutWord32(image, kTable + 4 * f, Address(position));
@@ -234,8 +241,9 @@ private slots:
             QCOMPARE(t.at, position + kTwoRowBytes.size() - 2);
             QCOMPARE(frame.lines[0].endX, int16_t(3)); // the record keeps the widened lines
         }
-        QCOMPARE(t.Bytes(), image);
+        QCOMPARE(t.Bytes(), image); // a failed write is put back, an appended one cut off
         QVERIFY(table.pointers == pointers);
+        QVERIFY(saved || ValuesOf(frame, 3) == ValuesOf(before, 3));
     }
 };
 

@@ -69,6 +69,11 @@ private slots:
                 expected[position + i] = char(i % 2 ? 0x81 + i / 2 : 1 + i / 2);
             QVERIFY(WritePalette(t.rom, t.at, palette, t.error) && t.at == position + kPaletteBytes);
             QCOMPARE(t.Bytes(), expected);
+            // A write cut short is put back whole.
+            palette.colors.fill(0);
+            InjectWriteFault(1, WriteFault::WritesShort);
+            QVERIFY(!WritePalette(t.rom, t.at, palette, t.error));
+            QCOMPARE(t.Bytes(), expected);
         }
     }
 

@@ -1,5 +1,6 @@
 // The open image file, and the art tables and palettes at their fixed places.
 #include "library_fixture.h"
+#include "rom/art_lists.h"
 #include "rom/rom_open.h"
 
 #include <QtTest>
@@ -71,6 +72,10 @@ private slots:
         QCOMPARE(table.position, c.position);
         QCOMPARE(Slots(table), Padded(c.leading));
         QCOMPARE(t.at, c.position + 4 * c.entriesRead);
+        // The frame list stops before the first slot holding 0.
+        const int listed = int(Padded(c.leading).indexOf(0));
+        QCOMPARE(ListedSlotCount(table), listed < 0 ? kTableSlots : listed);
+        QCOMPARE(FrameListLines(table).value(listed - 1), listed > 0 ? ListLineText(table.pointers[size_t(listed - 1)]) : QString());
     }
 
     void openReadsTheFixedPlaces()

@@ -1,6 +1,7 @@
 // Drawing a frame into the preview and the zoomed canvas, and painting with the mouse.
 #include "library_fixture.h"
 #include "view/frame_drawing.h"
+#include "view/frame_render.h"
 
 #include <QtTest>
 
@@ -78,6 +79,24 @@ private slots:
                         if (SurfacePixel(p.canvas, column, row) != SurfacePixel(p.preview, column / zoom, row / zoom))
                             QFAIL(qPrintable(QStringLiteral("zoom %1: canvas (%2, %3)").arg(zoom).arg(column).arg(row)));
             }
+    }
+
+    void renderedWithoutCanvas()
+    {
+        // Later runs win, values outside 0-16 are not drawn, and the picture is the box of
+        // what is drawn, whatever left and top say.
+        const ArtFrame frame = Frame(-50, 50, -3, 2, {17, 4, 5, -1}, {Frame(0, 0, -1, 2, {16}), Frame(0, 0, -2, 4, {0, 40})});
+        const FramePixels pixels = RenderFramePixels(frame);
+        QCOMPARE(pixels.origin, QPoint(-2, 2));
+        const QImage picture = IndexedFramePicture(pixels, TestPalette());
+        QCOMPARE(picture.size(), QSize(2, 3));
+        const int t = kTransparentIndex;
+        const QList<int> indices{4, 16, t, t, 0, t};
+        for (int i = 0; i < indices.size(); ++i)
+            QCOMPARE(picture.pixelIndex(i % 2, i / 2), indices[i]);
+        QCOMPARE(picture.color(4), ScreenToRgb(SlotColor(4)));
+        QCOMPARE(picture.color(16), qRgb(0, 0, 0));
+        QCOMPARE(qAlpha(picture.color(t)), 0);
     }
 
     void paintingTheNearestPixel()

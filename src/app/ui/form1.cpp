@@ -1,19 +1,20 @@
 #include "app/ui/form1.h"
 
-#include "app/ui/commands.h"
-#include "app/ui/form_surface.h"
 #include "app/ui/about_box.h"
+#include "app/ui/form_surface.h"
+#include "app/ui/window_prompter.h"
 #include "app/ui/wrap_button.h"
 #include "exchange/ui/section_dialog.h"
+#include "rom/ui/list_box.h"
 #include "view/ui/picture_box.h"
 
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QLabel>
-#include <QListWidget>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalBlocker>
 #include <QStyleFactory>
 
 void StyleApplication(QApplication& app)
@@ -54,7 +55,7 @@ QAction* AddSeparator(QMenu* menu, const QString& name)
 }
 }
 
-Form1::Form1()
+Form1::Form1() : prompter(WindowPrompter(this)), session(prompter)
 {
     setObjectName(QStringLiteral("Form1"));
     setWindowTitle(QStringLiteral("Brennals' Zelvane Art Editing Tool"));
@@ -64,28 +65,27 @@ Form1::Form1()
     BuildMenus();
     setFixedSize(kClientWidth, kClientHeight + menuBar()->sizeHint().height());
     WireEvents();
-    Form_Load(*this);
+    WireSession();
 }
-
-Form1::~Form1() { Form_Terminate(*this); }
 
 void Form1::BuildControls()
 {
-    surface = new FormSurface(this);
+    const EditorState& state = session.State();
+    surface = new FormSurface(this, state);
     surface->setFixedSize(kClientWidth, kClientHeight);
     setCentralWidget(surface);
     // Group boxes first, so the controls they frame lie above them.
     Frame1 = Place<QGroupBox>(surface, "Frame1", {8, 8, 289, 265}, QStringLiteral("Pointer List"));
     Frame2 = Place<QGroupBox>(surface, "Frame2", {640, 8, 81, 113}, QStringLiteral("Art Preview"));
     Frame3 = Place<QGroupBox>(surface, "Frame3", {632, 136, 97, 137}, QStringLiteral("Misc"));
-    List1 = Place<QListWidget>(surface, "List1", {16, 24, 129, 212});
-    List2 = Place<QListWidget>(surface, "List2", {160, 24, 129, 212});
+    List1 = new ListBox(surface, QStringLiteral("List1"), {16, 24, 129, 212});
+    List2 = new ListBox(surface, QStringLiteral("List2"), {160, 24, 129, 212});
     what_1 = Place<QPushButton>(surface, "what_1", {16, 248, 129, 17}, QStringLiteral("What's This?"));
     what_2 = Place<QPushButton>(surface, "what_2", {160, 248, 129, 17}, QStringLiteral("What's This?"));
     Label2 = Place<QLabel>(surface, "Label2", {336, 8, 49, 17}, QStringLiteral("Art Editor"));
     Label2->setAutoFillBackground(true);
     Label2->setAlignment(Qt::AlignCenter);
-    Picture1 = new PictureBox(surface, QStringLiteral("Picture1"), {328, 24, 249, 209});
+    Picture1 = new PictureBox(surface, QStringLiteral("Picture1"), {328, 24, 249, 209}, state.canvas);
     save_art = Place<QPushButton>(surface, "save_art", {328, 240, 153, 25}, QStringLiteral("Save changes to current art"));
     Command2 = Place<QPushButton>(surface, "Command2", {488, 240, 129, 25}, QStringLiteral("Draw with transparent"));
     HScroll1 = Place<QScrollBar>(surface, "HScroll1", {584, 24, 29, 17}, Qt::Horizontal);
@@ -93,15 +93,14 @@ void Form1::BuildControls()
     HScroll1->setSingleStep(1);
     HScroll1->setPageStep(1);
     HScroll1->setFocusPolicy(Qt::StrongFocus);
+    HScroll1->setValue(state.zoom);
     Command1 = Place<QPushButton>(surface, "Command1", {584, 48, 30, 17}, QStringLiteral("Clr"));
-    Picture2 = new PictureBox(surface, QStringLiteral("Picture2"), {648, 24, 65, 89});
+    Picture2 = new PictureBox(surface, QStringLiteral("Picture2"), {648, 24, 65, 89}, state.preview);
     load_bitmap = Place<QPushButton>(surface, "load_bitmap", {640, 152, 81, 25}, QStringLiteral("Import bitmap"));
     export_bitmap = Place<QPushButton>(surface, "export_bitmap", {640, 184, 81, 25}, QStringLiteral("Export bitmap"));
     export_uart = Place<WrapButton>(surface, "export_uart", {640, 216, 81, 49}, QStringLiteral("Export Uncompressed art"));
-    for (QListWidget* list : {List1, List2})
-        list->setSelectionMode(QAbstractItemView::SingleSelection);
 
-    const QList<QWidget*> tabOrder = {List1,     List2,       what_1,   what_2,   Picture1,      Picture2, HScroll1,
+    const QList<QWidget*> tabOrder = {List1,    List2,       what_1,   what_2,   Picture1,      Picture2, HScroll1,
                                       save_art, load_bitmap, Command1, Command2, export_bitmap, export_uart};
     for (qsizetype i = 0; i + 1 < tabOrder.size(); ++i)
         setTabOrder(tabOrder[i], tabOrder[i + 1]);
@@ -131,37 +130,84 @@ void Form1::BuildMenus()
 
 void Form1::WireEvents()
 {
-    Form1& form = *this;
-    auto on = [&form](auto* sender, auto signal, void (*command)(Form1&)) {
-        QObject::connect(sender, signal, &form, [&form, command] { command(form); });
-    };
-    on(menu_open, &QAction::triggered, menu_open_Click);
-    on(menu_exit, &QAction::triggered, menu_exit_Click);
-    on(menu_about, &QAction::triggered, menu_about_Click);
-    on(what_1, &QPushButton::clicked, what_1_Click);
-    on(what_2, &QPushButton::clicked, what_2_Click);
-    on(List1, &QListWidget::itemSelectionChanged, List1_Click);
-    on(List2, &QListWidget::itemSelectionChanged, List2_Click);
-    on(HScroll1, &QScrollBar::valueChanged, HScroll1_Change);
-    on(Command1, &QPushButton::clicked, Command1_Click);
-    on(Command2, &QPushButton::clicked, Command2_Click);
+    EditorSession* s = &session;
+    connect(menu_open, &QAction::triggered, s, &EditorSession::Open);
+    connect(menu_exit, &QAction::triggered, this, [this] {
+        close();
+        QApplication::quit();
+    });
+    connect(menu_about, &QAction::triggered, this, &Form1::ShowAbout);
+    connect(what_1, &QPushButton::clicked, this, [this] {
+        ShowHelp(prompter, QStringLiteral("This is basically just a list of pointers in your zelvane rom, each one "
+                                          "standing for art. They each point to more pointers, which are the list of "
+                                          "pointers on the right side, that point to each frame of art."));
+    });
+    connect(what_2, &QPushButton::clicked, this, [this] {
+        ShowHelp(prompter, QStringLiteral("This is a list of pointers that point to 1 frame of art. To edit the art, "
+                                          "click the pointer that points to it, and use the art editor."));
+    });
+    List1->onSelect = [s](int row) { s->SelectArtEntry(row); };
+    List2->onSelect = [s](int row) { s->SelectFrame(row); };
+    connect(HScroll1, &QScrollBar::valueChanged, s, &EditorSession::SetZoom);
+    connect(Command1, &QPushButton::clicked, s, &EditorSession::ClearPictures);
+    connect(Command2, &QPushButton::clicked, s, &EditorSession::DrawWithTransparent);
     // Each menu item that repeats a button runs that button's command.
     struct Twin {
         QPushButton* button;
         QAction* item;
-        void (*command)(Form1&);
+        void (EditorSession::*command)();
     };
-    for (const Twin& twin : {Twin{save_art, file_saveart, SaveArt}, Twin{export_bitmap, menu_export_bitmap, ExportBitmap},
-                             Twin{export_uart, menu_export_uart, ExportUncompressedArt},
-                             Twin{load_bitmap, menu_bitmap_import, ImportBitmap}}) {
-        on(twin.button, &QPushButton::clicked, twin.command);
-        on(twin.item, &QAction::triggered, twin.command);
+    for (const Twin& twin : {Twin{save_art, file_saveart, &EditorSession::SaveArt},
+                             Twin{export_bitmap, menu_export_bitmap, &EditorSession::ExportBitmap},
+                             Twin{export_uart, menu_export_uart, &EditorSession::ExportUncompressedArt},
+                             Twin{load_bitmap, menu_bitmap_import, &EditorSession::ImportBitmap}}) {
+        connect(twin.button, &QPushButton::clicked, s, twin.command);
+        connect(twin.item, &QAction::triggered, s, twin.command);
     }
-    Picture1->onMouseDown = [&form](QPoint p) { Picture1_MouseDown(form, p); };
-    Picture1->onMouseMove = [&form](QPoint p) { Picture1_MouseMove(form, p); };
-    Picture1->onMouseUp = [&form](QPoint p) { Picture1_MouseUp(form, p); };
-    surface->onMouseDown = [&form](QPointF p) { Form_MouseDown(form, p); };
-    surface->onDoubleClick = [&form] { Form_DblClick(form); };
+    Picture1->onMouseDown = [s](QPoint) { s->PressCanvas(); };
+    Picture1->onMouseMove = [s](QPoint p) { s->MoveOnCanvas(p); };
+    Picture1->onMouseUp = [s](QPoint) { s->ReleaseCanvas(); };
+    surface->onMouseDown = [s](QPointF p) { s->PressWindowSurface(p); };
+    surface->onDoubleClick = [s] { s->DoubleClickWindowSurface(); };
+}
+
+void Form1::WireSession()
+{
+    const EditorState& state = session.State();
+    connect(&session, &EditorSession::listsChanged, this, [this, &state] {
+        List1->ShowLines(state.artLines, state.artRow);
+        List2->ShowLines(state.frameLines, state.frameRow);
+    });
+    connect(&session, &EditorSession::picturesChanged, this, [this](QRect canvasRect, QRect previewRect) {
+        Picture1->ShowChanged(canvasRect);
+        Picture2->ShowChanged(previewRect);
+    });
+    // The palette boxes and Colbox share one column of the surface.
+    connect(&session, &EditorSession::paletteBoxesChanged, surface, [this] { surface->update(584, 72, 30, 158); });
+    connect(&session, &EditorSession::sectionChooserChanged, this, &Form1::ShowSectionChooser);
+}
+
+void Form1::ShowSectionChooser()
+{
+    const SectionChooser& chooser = session.State().sectionChooser;
+    if (chooser.shown) {
+        if (!sectionDialog)
+            sectionDialog = new SectionDialog(this, session);
+        sectionDialog->show();
+        sectionDialog->raise();
+        sectionDialog->activateWindow();
+    } else if (sectionDialog && chooser.exists) {
+        sectionDialog->hide();
+    }
+}
+
+void Form1::ShowAbout()
+{
+    if (!frmAbout)
+        frmAbout = new FrmAbout(this);
+    frmAbout->show();
+    frmAbout->raise();
+    frmAbout->activateWindow();
 }
 
 void Form1::closeEvent(QCloseEvent* event)
@@ -170,6 +216,5 @@ void Form1::closeEvent(QCloseEvent* event)
     for (QWidget* window : {static_cast<QWidget*>(frmAbout), static_cast<QWidget*>(sectionDialog.data())})
         if (window)
             window->close();
-    Form_Terminate(*this);
     event->accept();
 }

@@ -1,18 +1,18 @@
 #pragma once
-// The main window: its controls, its menus and the editor state it owns. The
-// commands that the controls start live beside their subsystems (see commands.h).
-#include "app/editor_state.h"
+// The main window: it builds the controls and menus, forwards every event to the
+// editor session and redraws from what the session reports.
+#include "app/editor_session.h"
 
 #include <QApplication>
 #include <QMainWindow>
 #include <QPointer>
 
 class FormSurface;
+class ListBox;
 class PictureBox;
 class QAction;
 class QGroupBox;
 class QLabel;
-class QListWidget;
 class QMenu;
 class QPushButton;
 class QScrollBar;
@@ -25,24 +25,24 @@ void StyleApplication(QApplication& app);
 class Form1 : public QMainWindow {
 public:
     Form1();
-    ~Form1() override;
 
-    EditorState state;
+    Prompter prompter;
+    EditorSession session;
 
     FormSurface* surface = nullptr;
     QGroupBox* Frame1 = nullptr;
-    QListWidget* List1 = nullptr;
-    QListWidget* List2 = nullptr;
+    ListBox* List1 = nullptr; // art entries
+    ListBox* List2 = nullptr; // frames of the selected entry
     QPushButton* what_1 = nullptr;
     QPushButton* what_2 = nullptr;
     QLabel* Label2 = nullptr;
-    PictureBox* Picture1 = nullptr;
+    PictureBox* Picture1 = nullptr; // the zoomed canvas
     QPushButton* save_art = nullptr;
-    QPushButton* Command2 = nullptr;
-    QScrollBar* HScroll1 = nullptr;
-    QPushButton* Command1 = nullptr;
+    QPushButton* Command2 = nullptr; // "Draw with transparent"
+    QScrollBar* HScroll1 = nullptr;  // zoom
+    QPushButton* Command1 = nullptr; // "Clr"
     QGroupBox* Frame2 = nullptr;
-    PictureBox* Picture2 = nullptr;
+    PictureBox* Picture2 = nullptr; // the 1:1 preview
     QGroupBox* Frame3 = nullptr;
     QPushButton* load_bitmap = nullptr;
     QPushButton* export_bitmap = nullptr;
@@ -59,7 +59,7 @@ public:
     QMenu* menu_help = nullptr;
     QAction* menu_about = nullptr;
 
-    FrmAbout* frmAbout = nullptr;         // created at its first showing
+    FrmAbout* frmAbout = nullptr;          // created at its first showing
     QPointer<SectionDialog> sectionDialog; // built at an import; its close box ends it
 
     static constexpr int kClientWidth = 741;
@@ -72,4 +72,7 @@ private:
     void BuildControls();
     void BuildMenus();
     void WireEvents();
+    void WireSession();
+    void ShowSectionChooser();
+    void ShowAbout();
 };

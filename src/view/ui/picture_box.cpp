@@ -12,9 +12,8 @@ QPoint DrawingAreaPoint(const QMouseEvent* event)
 }
 }
 
-PictureBox::PictureBox(QWidget* parent, const QString& name, const QRect& geometry)
-    : QWidget(parent),
-      surface(MakeSurface(geometry.width() - 2 * kBorder, geometry.height() - 2 * kBorder))
+PictureBox::PictureBox(QWidget* parent, const QString& name, const QRect& geometry, const PictureSurface& surface)
+    : QWidget(parent), surface(surface)
 {
     setObjectName(name);
     setGeometry(geometry);
@@ -29,8 +28,6 @@ void PictureBox::ShowChanged(const QRect& drawingAreaRect)
     if (!visible.isEmpty())
         update(visible.translated(kBorder, kBorder));
 }
-
-void PictureBox::ShowAll() { update(); }
 
 void PictureBox::paintEvent(QPaintEvent* event)
 {

@@ -1,6 +1,6 @@
 #pragma once
-// A picture box: a 2-pixel sunken border around a surface that keeps what is drawn
-// on it. Mouse positions are reported relative to the drawing area.
+// A picture box: a 2-pixel sunken border around a surface that the session draws on.
+// Mouse positions are reported relative to the drawing area.
 #include "view/picture_surface.h"
 
 #include <QWidget>
@@ -8,14 +8,13 @@
 
 class PictureBox : public QWidget {
 public:
-    PictureBox(QWidget* parent, const QString& name, const QRect& geometry);
+    PictureBox(QWidget* parent, const QString& name, const QRect& geometry, const PictureSurface& surface);
 
-    PictureSurface surface;
+    const PictureSurface& surface;
     std::function<void(QPoint)> onMouseDown, onMouseMove, onMouseUp;
 
     // Repaints only the part of the drawing area that changed.
     void ShowChanged(const QRect& drawingAreaRect);
-    void ShowAll();
 
     static constexpr int kBorder = 2;
 

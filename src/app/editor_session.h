@@ -1,0 +1,81 @@
+#pragma once
+// The editor session: it owns the editor's state, runs every command on it, asks its
+// questions through the prompter and reports what changed, so that any front end can
+// drive it and redraw from it. Legacy handler names are given where they differ.
+#include "app/editor_state.h"
+#include "app/prompter.h"
+
+#include <QObject>
+#include <QPoint>
+#include <QPointF>
+#include <QRect>
+
+class EditorSession : public QObject {
+    Q_OBJECT
+public:
+    // Starts as the main window loads (Form_Load): zoom 5, both pictures cleared and
+    // refreshed, the transparent colour taken from the preview.
+    explicit EditorSession(Prompter prompter, QObject* parent = nullptr);
+    ~EditorSession() override; // closes the image (Form_Terminate)
+
+    const EditorState& State() const { return state; }
+
+    // The catalogue: menu_open_Click, and the same for a file already named.
+    void Open();
+    void OpenFile(const QString& fileName);
+    void SelectArtEntry(int row); // List1_Click; -1 when no line is selected
+    void SelectFrame(int row);    // List2_Click
+
+    // The view and the pixel tools.
+    void SetZoom(int value); // HScroll1_Change
+    void PressCanvas();      // Picture1_MouseDown
+    void MoveOnCanvas(QPoint position);
+    void ReleaseCanvas();
+    void ClearPictures();       // Command1, "Clr"
+    void DrawWithTransparent(); // Command2
+
+    // The palette boxes on the window's surface: Form_MouseDown and Form_DblClick.
+    void PressWindowSurface(QPointF position);
+    void DoubleClickWindowSurface();
+
+    void SaveArt();
+    void ExportBitmap();
+    void ExportUncompressedArt();
+    void ImportBitmap();
+
+    // The section chooser's view, slider and OK, and its close box.
+    void SetSectionZoom(int sliderValue);
+    void PressSection(QPoint position);
+    void MoveOnSection(QPoint position);
+    void ReleaseSection(QPoint position);
+    void CopySection();
+    void CloseSectionChooser();
+
+signals:
+    void listsChanged();                                      // lines or selected lines
+    void picturesChanged(QRect canvasRect, QRect previewRect); // drawing-area rectangles
+    void paletteBoxesChanged();                               // Palbox and Colbox colours
+    void sectionChooserChanged();                             // created, shown, hidden or closed
+    void sectionViewChanged();
+
+private:
+    void RefreshView();
+    void FillArtLists(int frameRowToKeep);
+    void ColorPaletteBoxes(const Palette& palette);
+    void ShowColbox();
+    void ShowAllPictures();
+    bool CanWriteImage(const QString& notLoadedText, const QString& readOnlyText);
+    void EditBoxColor(int box);
+    bool SaveAt(int32_t position);
+    void ExportTplPalette(const QString& artFile);
+    void ImportBitmapPalette(const QString& fileName);
+    void ShowSectionChooser();
+    void RedrawSectionView(bool withFrame);
+    void MoveSelectionCorner(QPoint position);
+    int SectionZoom() const { return state.sectionChooser.slider + 1; }
+    FrameSurfaces Pictures() { return {state.canvas, state.preview, state.zoom}; }
+    const Palette& CurrentPalette() const { return state.palettes[size_t(state.currentPalette)]; }
+
+    EditorState state;
+    Prompter prompter;
+};

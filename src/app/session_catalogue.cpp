@@ -1,0 +1,63 @@
+// Opening an image and choosing an art entry and one of its frames.
+#include "app/editor_session.h"
+#include "app/open_rom.h"
+#include "rom/art_lists.h"
+
+#include <QFileInfo>
+
+namespace {
+int RowIn(const QStringList& lines, int row) { return row >= 0 && row < lines.size() ? row : -1; }
+}
+
+void EditorSession::Open()
+{
+    const QString fileName = AskFile(
+        prompter, PromptKind::OpenFile, QStringLiteral("Load a Zelvane Rom"),
+        QStringLiteral("Zelvane Roms (binary)|*.bin|Zelvane Roms (smd)|*.smd|Zelvane Roms (32x)|*.32x|All Files|*.*"));
+    if (!fileName.isEmpty())
+        OpenFile(fileName);
+}
+
+void EditorSession::OpenFile(const QString& fileName)
+{
+    const QString shown = QFileInfo(fileName).fileName();
+    OpenReport report;
+    QString errorText;
+    if (!OpenRomImage(state, fileName, report, errorText)) {
+        Refuse(prompter, QStringLiteral("Cannot open %1:\n%2").arg(shown, errorText));
+        return;
+    }
+    FillArtLists(-1);
+    if (!state.romFile.writable)
+        Refuse(prompter, QStringLiteral("%1 is read-only. You can browse its art, but nothing can be saved into it.").arg(shown));
+    if (!report.catalogueWhole)
+        Refuse(prompter, QStringLiteral("%1 is too short for a Zelvane ROM or its art tables are damaged. What "
+                                        "could be read is shown; the rest reads as empty.")
+                             .arg(shown));
+}
+
+void EditorSession::FillArtLists(int frameRowToKeep)
+{
+    // The art list is the same fixed positions for every image: filled once.
+    if (!state.artListFilled) {
+        state.artLines = ArtListLines(state.artTables);
+        state.artListFilled = true;
+    }
+    state.frameLines = FrameListLines(state.artTables[size_t(std::max(state.artRow, 0))]);
+    state.frameRow = RowIn(state.frameLines, frameRowToKeep);
+    emit listsChanged();
+}
+
+void EditorSession::SelectArtEntry(int row)
+{
+    state.artRow = RowIn(state.artLines, row);
+    FillArtLists(-1);
+    RefreshView();
+}
+
+void EditorSession::SelectFrame(int row)
+{
+    state.frameRow = RowIn(state.frameLines, row);
+    emit listsChanged();
+    RefreshView();
+}

@@ -1,0 +1,47 @@
+// Picking the drawing colour from the palette boxes and typing new palette colours.
+#include "app/editor_session.h"
+
+#include <cmath>
+
+bool EditorSession::CanWriteImage(const QString& notLoadedText, const QString& readOnlyText)
+{
+    if (!state.romLoaded)
+        Refuse(prompter, notLoadedText);
+    else if (!state.romFile.writable)
+        Refuse(prompter, readOnlyText.arg(state.romFile.fileName));
+    return state.romLoaded && state.romFile.writable;
+}
+
+void EditorSession::PressWindowSurface(QPointF position)
+{
+    state.mouseX = int16_t(std::nearbyint(position.x())); // halves to even
+    state.mouseY = int16_t(std::nearbyint(position.y()));
+    if (const int box = PaletteBoxAt(state.mouseX, state.mouseY); box >= 0)
+        state.currentColor = int16_t(box);
+    ShowColbox();
+}
+
+void EditorSession::DoubleClickWindowSurface()
+{
+    if (const int box = PaletteBoxAt(state.mouseX, state.mouseY); box >= 0)
+        EditBoxColor(box);
+    RefreshView();
+}
+
+// The new colour reaches the image at once, or neither the image nor the record changes.
+void EditorSession::EditBoxColor(int box)
+{
+    if (!CanWriteImage(QStringLiteral("You cannot edit a palette when a rom is not loaded, so load one!"),
+                       QStringLiteral("%1 is read-only, so its palette cannot be changed.")))
+        return;
+    const QString answer = AskText(prompter, QStringLiteral("Enter the RGB in hex: "), kEditorTitle);
+    if (answer.isEmpty())
+        return;
+    Palette edited = CurrentPalette();
+    edited.colors[size_t(box)] = ScreenToConsole(TypedColor(answer));
+    QString errorText;
+    if (WritePalette(state.romFile, state.readPosition, edited, errorText))
+        state.palettes[size_t(state.currentPalette)] = edited;
+    else
+        Refuse(prompter, QStringLiteral("The palette could not be written:\n%1").arg(errorText));
+}

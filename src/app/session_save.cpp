@@ -1,0 +1,54 @@
+// "Save changes to current art": put the preview's frame in the image and point the
+// selected table entry at it.
+#include "app/editor_session.h"
+#include "art/save_art.h"
+#include "rom/rom_open.h"
+
+#include <optional>
+
+namespace {
+// Where the frame goes: the end of the file, a typed position, or nowhere.
+std::optional<int32_t> AskSavePosition(const Prompter& prompter, int64_t fileLength)
+{
+    const Reply answer =
+        AskYesNoCancel(prompter, QStringLiteral("Would you like to put this art at the end of the file? (Better)"));
+    if (answer == Reply::Cancel)
+        return std::nullopt;
+    QString errorText;
+    std::optional<int32_t> position;
+    if (answer == Reply::Yes) {
+        position = AppendPosition(fileLength, errorText);
+    } else {
+        const QString typed = AskText(prompter, QStringLiteral("Enter a position to save it to"), kEditorTitle);
+        if (typed.trimmed().isEmpty())
+            return std::nullopt;
+        position = TypedSavePosition(typed, fileLength, errorText);
+    }
+    if (!position)
+        Refuse(prompter, errorText);
+    return position;
+}
+}
+
+void EditorSession::SaveArt()
+{
+    if (!CanWriteImage(QStringLiteral("Save what art? (*HINT* OPEN A ROM FIRST) lmao"),
+                       QStringLiteral("%1 is read-only, so the art cannot be saved into it.")))
+        return;
+    if (const std::optional<int32_t> position = AskSavePosition(prompter, RomLength(state.romFile)))
+        SaveAt(*position);
+    ReadArtTables(state.romFile, state.readPosition, state.artTables, 7);
+    // The frame the user sees stays selected, so a second save addresses it again.
+    FillArtLists(state.frameRow);
+}
+
+bool EditorSession::SaveAt(int32_t position)
+{
+    const FrameSave save{state.artTables[size_t(std::max(state.artRow, 0))], std::max(state.frameRow, 0),
+                         state.currentFrame, MatchPicture(state.preview.image, CurrentPalette(), state.transparentColor)};
+    QString errorText;
+    const bool saved = SaveFrameAt(state.romFile, state.readPosition, save, position, errorText);
+    if (!saved)
+        Refuse(prompter, errorText);
+    return saved;
+}

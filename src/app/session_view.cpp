@@ -1,0 +1,81 @@
+// Start-up, the frame display and the pixel tools.
+#include "app/editor_session.h"
+
+#include <algorithm>
+
+EditorSession::EditorSession(Prompter prompter, QObject* parent) : QObject(parent), prompter(std::move(prompter))
+{
+    SetZoom(5);
+    state.transparentColor = ScreenColor(SurfacePixel(state.preview, 0, 0));
+}
+
+EditorSession::~EditorSession() { CloseRomFile(state.romFile); }
+
+void EditorSession::ShowAllPictures() { emit picturesChanged(state.canvas.image.rect(), state.preview.image.rect()); }
+
+void EditorSession::ShowColbox()
+{
+    state.colboxColor = ConsoleToScreen(CurrentPalette(), state.currentColor, state.transparentColor);
+    emit paletteBoxesChanged();
+}
+
+void EditorSession::ColorPaletteBoxes(const Palette& palette)
+{
+    // Box 0 keeps the black it has from the start.
+    for (int i = 1; i < kPaletteBoxes; ++i)
+        state.palboxColors[size_t(i)] = ConsoleToScreen(palette, i, state.transparentColor);
+    emit paletteBoxesChanged();
+}
+
+// Reads the selected frame anew, so painting that was not saved is gone.
+void EditorSession::RefreshView()
+{
+    if (state.romLoaded) {
+        const int t = std::max(state.artRow, 0);
+        const int f = std::max(state.frameRow, 0);
+        ReadFrame(state.romFile, state.readPosition, state.currentFrame, state.artTables[size_t(t)].pointers[size_t(f)]);
+        ClearSurface(state.canvas);
+        ClearSurface(state.preview);
+        state.currentPalette = int16_t(t);
+        DrawFrame(Pictures(), state.currentFrame, CurrentPalette(), state.transparentColor);
+        ShowAllPictures();
+        ShowColbox();
+    }
+    ColorPaletteBoxes(CurrentPalette());
+}
+
+void EditorSession::SetZoom(int value)
+{
+    state.zoom = int16_t(std::clamp(value, 1, 8));
+    ClearSurface(state.canvas);
+    ClearSurface(state.preview);
+    ShowAllPictures();
+    RefreshView();
+}
+
+void EditorSession::PressCanvas() { state.drawing = true; }
+
+void EditorSession::MoveOnCanvas(QPoint position)
+{
+    if (!state.drawing)
+        return;
+    const ScreenColor color = ConsoleToScreen(CurrentPalette(), state.currentColor, state.transparentColor);
+    const QPoint pixel(NearestImagePixel(position.x(), state.zoom), NearestImagePixel(position.y(), state.zoom));
+    const QRect canvasRect = PaintCanvasPoint(Pictures(), position.x(), position.y(), color);
+    emit picturesChanged(canvasRect, QRect(pixel, QSize(1, 1)).intersected(state.preview.image.rect()));
+}
+
+void EditorSession::ReleaseCanvas() { state.drawing = false; }
+
+void EditorSession::ClearPictures()
+{
+    ClearSurface(state.canvas);
+    ClearSurface(state.preview);
+    ShowAllPictures();
+}
+
+void EditorSession::DrawWithTransparent()
+{
+    state.currentColor = 17;
+    ShowColbox();
+}

@@ -1,0 +1,153 @@
+// The windows end to end, with the real dialogs: open, paint, save at a typed position
+// and reopen; import a bitmap section and save it. Everything else is tested on the
+// session without windows.
+#include "app/ui/form1.h"
+#include "app/ui/form_surface.h"
+#include "exchange/bitmap_fixtures.h"
+#include "exchange/ui/section_dialog.h"
+#include "rom/ui/list_box.h"
+#include "session_fixture.h"
+#include "ui_driver.h"
+#include "view/ui/picture_box.h"
+
+#include <QAction>
+#include <QPushButton>
+#include <QSlider>
+#include <QTest>
+
+namespace {
+const QPoint kBorder(PictureBox::kBorder, PictureBox::kBorder);
+
+struct Editor {
+    QTemporaryDir dir;
+    QString romPath = dir.filePath(QStringLiteral("demo.bin"));
+    DialogDriver driver;
+    Form1 form;
+    const EditorState& state = form.session.State();
+
+    Editor()
+    {
+        WriteFileBytes(romPath, BuildDemoImage());
+        form.show();
+        (void)QTest::qWaitForWindowExposed(&form);
+    }
+    void Open()
+    {
+        driver.Choose(romPath);
+        form.menu_open->trigger();
+    }
+    static void Click(ListBox* list, int row)
+    {
+        list->scrollToItem(list->item(row));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
+    }
+    void Show(int entry, int frame)
+    {
+        Open();
+        Click(form.List1, entry);
+        Click(form.List2, frame);
+    }
+    void Stroke(QPoint point)
+    {
+        QTest::mousePress(form.Picture1, Qt::LeftButton, {}, point + kBorder);
+        QTest::mouseMove(form.Picture1, point + kBorder);
+        QTest::mouseRelease(form.Picture1, Qt::LeftButton, {}, point + kBorder);
+    }
+    QRgb PreviewPixel(int x, int y) const { return state.preview.image.pixel(x, y); }
+};
+
+void Drag(PictureBox* view, QPoint from, QPoint to)
+{
+    QTest::mousePress(view, Qt::LeftButton, {}, from + kBorder);
+    QTest::mouseMove(view, to + kBorder);
+    QTest::mouseRelease(view, Qt::LeftButton, {}, to + kBorder);
+}
+}
+
+class TestWindows : public QObject {
+    Q_OBJECT
+private slots:
+    void paintSaveAtATypedPositionAndReopen()
+    {
+        Editor e;
+        e.Show(1, 0);
+        const QRgb stored = e.PreviewPixel(2, 2);
+        QTest::mousePress(e.form.surface, Qt::LeftButton, {}, PalboxRect(4).center());
+        e.Stroke({10, 10});
+        const QRgb painted = e.PreviewPixel(2, 2);
+        QVERIFY(painted != stored);
+        // Keys that do not move the selection run nothing; a click on the selected line
+        // reads the frame again and so discards the painting.
+        QTest::keyClick(e.form.List2, Qt::Key_Up);
+        QCOMPARE(e.PreviewPixel(2, 2), painted);
+        Editor::Click(e.form.List2, 0);
+        QCOMPARE(e.PreviewPixel(2, 2), stored);
+        e.Stroke({10, 10});
+
+        e.driver.Press(QMessageBox::No);
+        e.driver.Type(QStringLiteral("1F0000"));
+        e.form.save_art->click();
+        QCOMPARE(e.driver.seen.mid(1), (QStringList{
+            "4 Question: Would you like to put this art at the end of the file? (Better) [Yes|No|Cancel] default Yes",
+            "text Brennals' Zelvane Art Editor: Enter a position to save it to"}));
+        QCOMPARE(FileBytes(e.romPath).mid(0xB18BC, 4), QByteArray::fromHex("021F0000"));
+
+        e.Show(1, 0);
+        QCOMPARE(e.state.currentFrame.romOffset, 0x1F0000);
+        QCOMPARE(e.PreviewPixel(2, 2), painted);
+        QCOMPARE(e.driver.seen.first(), QStringLiteral(
+            "open Load a Zelvane Rom: Zelvane Roms (binary) (*.bin);;Zelvane Roms (smd) (*.smd);;Zelvane Roms (32x) "
+            "(*.32x);;All Files (*.*) (Zelvane Roms (binary))"));
+        e.driver.Press(QMessageBox::Ok);
+        e.form.what_2->click();
+        QCOMPARE(e.driver.seen.last(), QStringLiteral("1 What is this?: This is a list of pointers that point to 1 frame of art. To "
+                                                      "edit the art, click the pointer that points to it, and use the art editor. [Ok] default Ok"));
+        QVERIFY(e.driver.unexpected.isEmpty());
+    }
+
+    void importASectionAndSave()
+    {
+        Editor e;
+        e.Show(1, 1);
+        std::vector<int> indices;
+        for (int i = 0; i < 16 * 12; ++i)
+            indices.push_back((i % 16 + i / 16) % 15 + 1);
+        const QString bitmap = e.dir.filePath("art.bmp");
+        WriteFileBytes(bitmap, FourBitBitmap(SixteenColors(), 16, 12, indices, BmpRows::BottomUp));
+        e.driver.Choose(bitmap);
+        e.driver.Press(QMessageBox::Yes);
+        e.form.load_bitmap->click();
+        SectionDialog* chooser = e.form.sectionDialog;
+        QVERIFY(chooser && chooser->isVisible() && !chooser->isModal());
+        chooser->Slider1->setValue(1); // z = 2: bitmap pixel (2, 3) to (6, 5) copies 4 x 2
+        Drag(chooser->Picture1, {2 * 2 + 1, 3 * 2 + 1}, {6 * 2 + 1, 5 * 2 + 1});
+        chooser->OKButton->click();
+        QVERIFY(!chooser->isVisible());
+        QCOMPARE(e.PreviewPixel(3, 1), SixteenColors()[(5 + 4) % 15 + 1]);
+
+        e.driver.Press(QMessageBox::Yes);
+        e.form.file_saveart->trigger();
+        e.Show(1, 1);
+        QCOMPARE(e.state.currentFrame.lines[1].pixels[3], int16_t((5 + 4) % 15 + 1));
+        // The close box ends the chooser; the next import builds it anew.
+        e.driver.Choose(bitmap);
+        e.driver.Press(QMessageBox::No);
+        e.form.menu_bitmap_import->trigger();
+        e.form.sectionDialog->close();
+        QTRY_VERIFY(!e.form.sectionDialog);
+        e.driver.Choose(bitmap);
+        e.driver.Press(QMessageBox::No);
+        e.form.menu_bitmap_import->trigger();
+        QCOMPARE(e.form.sectionDialog->Slider1->value(), 0);
+        QVERIFY(e.driver.unexpected.isEmpty());
+    }
+};
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    StyleApplication(app);
+    TestWindows test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_windows.moc"
