@@ -4,6 +4,8 @@
 // drive it and redraw from it. Legacy handler names are given where they differ.
 #include "app/editor_state.h"
 #include "app/prompter.h"
+#include "art/pixel_grid.h"
+#include "rom/rom_patch.h"
 
 #include <QObject>
 #include <QPoint>
@@ -51,6 +53,13 @@ public:
     void CopySection();
     void CloseSectionChooser();
 
+    // Writes to the image that any front end may ask for; refusals go to the prompter.
+    // Slot f of table t becomes a frame of pixels at position, keeping placement's right
+    // and bottom, and the entry points there.
+    bool SaveFrame(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position);
+    // Palette record n takes edited's slots; 1-15 reach the image, or nothing changes.
+    bool ReplacePalette(int n, const Palette& edited, const QString& failureText);
+
 signals:
     void listsChanged();                                      // lines or selected lines
     void picturesChanged(QRect canvasRect, QRect previewRect); // drawing-area rectangles
@@ -66,7 +75,7 @@ private:
     void ShowAllPictures();
     bool CanWriteImage(const QString& notLoadedText, const QString& readOnlyText);
     void EditBoxColor(int box);
-    bool SaveAt(int32_t position);
+    bool WriteImage(const std::vector<RomPatch>& patches, QString& errorText);
     void ExportTplPalette(const QString& artFile);
     void ImportBitmapPalette(const QString& fileName);
     void ShowSectionChooser();

@@ -97,9 +97,5 @@ void EditorSession::ImportBitmapPalette(const QString& fileName)
 {
     Palette imported = CurrentPalette();
     ReadBitmapPalette(imported, fileName);
-    QString errorText;
-    if (WritePalette(state.romFile, state.readPosition, imported, errorText))
-        state.palettes[size_t(state.currentPalette)] = imported;
-    else
-        Refuse(prompter, QStringLiteral("The bitmap's palette was not imported:\n%1").arg(errorText));
+    ReplacePalette(state.currentPalette, imported, QStringLiteral("The bitmap's palette was not imported:\n%1"));
 }

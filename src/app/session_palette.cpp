@@ -39,9 +39,23 @@ void EditorSession::EditBoxColor(int box)
         return;
     Palette edited = CurrentPalette();
     edited.colors[size_t(box)] = ScreenToConsole(TypedColor(answer));
+    ReplacePalette(state.currentPalette, edited, QStringLiteral("The palette could not be written:\n%1"));
+}
+
+bool EditorSession::ReplacePalette(int n, const Palette& edited, const QString& failureText)
+{
     QString errorText;
-    if (WritePalette(state.romFile, state.readPosition, edited, errorText))
-        state.palettes[size_t(state.currentPalette)] = edited;
-    else
-        Refuse(prompter, QStringLiteral("The palette could not be written:\n%1").arg(errorText));
+    state.readPosition = edited.position;
+    if (!state.romLoaded || !WriteImage({PalettePatch(edited)}, errorText)) {
+        Refuse(prompter, failureText.arg(state.romLoaded ? errorText : QStringLiteral("No ROM image is open.")));
+        return false;
+    }
+    state.readPosition = edited.position + kPaletteBytes;
+    state.palettes[size_t(n)] = edited;
+    return true;
+}
+
+bool EditorSession::WriteImage(const std::vector<RomPatch>& patches, QString& errorText)
+{
+    return WriteOrRestore(state.romFile, patches, errorText);
 }

@@ -36,19 +36,26 @@ void EditorSession::SaveArt()
                        QStringLiteral("%1 is read-only, so the art cannot be saved into it.")))
         return;
     if (const std::optional<int32_t> position = AskSavePosition(prompter, RomLength(state.romFile)))
-        SaveAt(*position);
+        SaveFrame(std::max(state.artRow, 0), std::max(state.frameRow, 0), state.currentFrame,
+                  MatchPicture(state.preview.image, CurrentPalette(), state.transparentColor), *position);
     ReadArtTables(state.romFile, state.readPosition, state.artTables, 7);
     // The frame the user sees stays selected, so a second save addresses it again.
     FillArtLists(state.frameRow);
 }
 
-bool EditorSession::SaveAt(int32_t position)
+bool EditorSession::SaveFrame(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position)
 {
-    const FrameSave save{state.artTables[size_t(std::max(state.artRow, 0))], std::max(state.frameRow, 0),
-                         state.currentFrame, MatchPicture(state.preview.image, CurrentPalette(), state.transparentColor)};
+    const QString readOnly = QStringLiteral("%1 is read-only, so the art cannot be saved into it.");
+    if (!CanWriteImage(QStringLiteral("Save what art? (*HINT* OPEN A ROM FIRST) lmao"), readOnly))
+        return false;
     QString errorText;
-    const bool saved = SaveFrameAt(state.romFile, state.readPosition, save, position, errorText);
-    if (!saved)
-        Refuse(prompter, errorText);
-    return saved;
+    std::optional<FrameSavePlan> plan = PlanFrameSave(state.artTables[size_t(t)], f, placement, pixels, position, errorText);
+    if (plan && WriteImage(plan->patches, errorText)) {
+        SetFramePointer(state.artTables[size_t(t)], f, position);
+        state.currentFrame = plan->frame;
+        state.readPosition = int32_t(uint32_t(position) + uint32_t(plan->patches.back().bytes.size() - 2));
+        return true;
+    }
+    Refuse(prompter, plan ? QStringLiteral("The art was not saved: %1").arg(errorText) : errorText);
+    return false;
 }

@@ -43,37 +43,20 @@ std::optional<int32_t> TypedSavePosition(const QString& answer, int64_t fileLeng
     return int32_t(typed.value);
 }
 
-std::vector<RomPatch> FrameSavePatches(const ArtTable& table, int f, ArtFrame& frame, int32_t position)
+std::optional<FrameSavePlan> PlanFrameSave(const ArtTable& table, int f, const ArtFrame& placement,
+                                           const PixelGrid& pixels, int32_t position, QString& errorText)
 {
+    if (f < 0 || f >= kTableSlots) {
+        errorText = QStringLiteral("There is no frame %1 in this table.").arg(f);
+        return std::nullopt;
+    }
+    FrameSavePlan plan{placement, {}};
+    if (const FrameFit fit = EncodeGrid(plan.frame, pixels); fit != FrameFit::Fits) {
+        errorText = FrameFitText(fit) + QStringLiteral(" Nothing was saved.");
+        return std::nullopt;
+    }
     ArtTable pointed = table;
     SetFramePointer(pointed, f, position);
-    return {FramePointerPatch(pointed, f), {position, FrameBytes(frame)}};
-}
-
-bool SaveFrameAt(RomFile& rom, int32_t& readPosition, const FrameSave& save, int32_t position, QString& errorText)
-{
-    if (!rom.writable) {
-        errorText = QStringLiteral("The ROM image %1 is read-only, so the art cannot be saved.").arg(rom.fileName);
-        return false;
-    }
-    if (save.f < 0 || save.f >= kTableSlots) {
-        errorText = QStringLiteral("There is no frame %1 in this table.").arg(save.f);
-        return false;
-    }
-    ArtFrame encoded = save.frame;
-    const FrameFit fit = EncodeGrid(encoded, save.pixels);
-    if (fit != FrameFit::Fits) {
-        errorText = FrameFitText(fit) + QStringLiteral(" Nothing was saved.");
-        return false;
-    }
-    const std::vector<RomPatch> patches = FrameSavePatches(save.table, save.f, encoded, position);
-    readPosition = position;
-    if (!WriteOrRestore(rom, patches, errorText)) {
-        errorText = QStringLiteral("The art was not saved: %1").arg(errorText);
-        return false;
-    }
-    SetFramePointer(save.table, save.f, position);
-    save.frame = encoded;
-    readPosition = int32_t(uint32_t(position) + uint32_t(patches.back().bytes.size() - 2));
-    return true;
+    plan.patches = {FramePointerPatch(pointed, f), {position, FrameBytes(plan.frame)}};
+    return plan;
 }

@@ -17,19 +17,14 @@ std::optional<int32_t> AppendPosition(int64_t fileLength, QString& errorText);
 // no leading digit, beyond the end of the file, or too large for 32 bits.
 std::optional<int32_t> TypedSavePosition(const QString& answer, int64_t fileLength, QString& errorText);
 
-// The entry and the frame bytes a save writes, in that order; frame is the encoded
-// frame, and gains its widened lines.
-std::vector<RomPatch> FrameSavePatches(const ArtTable& table, int f, ArtFrame& frame, int32_t position);
-
-struct FrameSave {
-    ArtTable& table;
-    int f;
-    ArtFrame& frame;
-    const PixelGrid& pixels;
+// A save worked out in full before anything is written: the encoded frame (its lines
+// widened as written) and the entry and frame bytes, in that order.
+struct FrameSavePlan {
+    ArtFrame frame;
+    std::vector<RomPatch> patches;
 };
 
-// Encodes the pixels and writes them at position, with the entry pointing there.
-// Nothing is written for a frame that does not fit; when a write fails, the entry
-// and the bytes are put back, and table and frame stay as they were. False (with
-// errorText) when nothing was saved.
-bool SaveFrameAt(RomFile& rom, int32_t& readPosition, const FrameSave& save, int32_t position, QString& errorText);
+// Encodes pixels as slot f's frame, keeping placement's right and bottom, to go at
+// position. Nothing (with errorText) when the slot or the frame does not fit.
+std::optional<FrameSavePlan> PlanFrameSave(const ArtTable& table, int f, const ArtFrame& placement,
+                                           const PixelGrid& pixels, int32_t position, QString& errorText);

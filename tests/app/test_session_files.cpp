@@ -69,7 +69,7 @@ private slots:
         const int32_t oldEntry = f.state.artTables[1].pointers[2];
         f.script.asked.clear();
         f.script.Answer(c.answer).Answer(Reply::Ok, c.typed);
-        InjectWriteFault(c.faultAt, WriteFault::DiskFull);
+        InjectWriteFault(c.faultAt, WriteFault::WritesShort);
         f.session.SaveArt();
         ClearWriteFault();
         QStringList asked{kSaveQuestion};

@@ -1,13 +1,13 @@
 // Frames: reading them, rebuilding them from the frame image, their bytes, and saving
 // them into the image with the table entry that points at them.
 #include "art/save_art.h"
+#include "art/frame_encoder.h"
 #include "library_fixture.h"
 #include "view/frame_drawing.h"
 
 #include <QtTest>
 
 namespace {
-constexpr int kTable = 0xA0504;
 constexpr int kOddLength = 0x300001; // appended frames start wherever the file ends
 // {left, right, top, bottom}, then {startX, endX, y, pixels...} for each line.
 using Values = QList<QList<int>>;
@@ -64,7 +64,6 @@ ArtFrame UsedFrame(int right, int bottom)
     return frame;
 }
 
-uint32_t Address(int position) { return uint32_t(position) + kCartridgeBase; }
 QStringList Runs(int count) { return {QStringLiteral("1.").repeated(count)}; } // of one pixel each
 const QStringList kTwoRows{"115", ".3"};
 
@@ -74,17 +73,8 @@ struct EncodeCase {
     FrameFit fit = FrameFit::Fits;
     QByteArray bytes = {}; // checked when given
 };
-
-struct SaveCase {
-    int f;
-    int position = kOddLength;
-    QStringList rows = kTwoRows;
-    bool saved = false, writable = true;
-    int faultAt = 0; // the write that fails, after writing half its bytes
-};
 }
 Q_DECLARE_METATYPE(EncodeCase)
-Q_DECLARE_METATYPE(SaveCase)
 
 class TestFrames : public QObject {
     Q_OBJECT
@@ -198,52 +188,6 @@ private slots:
         }
         QString error; // however long the file, positions stop below the cartridge base
         QVERIFY(TypedSavePosition("1FFFFFF", 0x4000000, error) && !TypedSavePosition("2000000", 0x4000000, error));
-    }
-
-    void save_data()
-    {
-        QTest::addColumn<SaveCase>("c");
-        QTest::newRow("appended at an odd end") << SaveCase{2, kOddLength, kTwoRows, true};
-        QTest::newRow("inside the file") << SaveCase{0, 0x1F0000, kTwoRows, true};
-        QTest::newRow("read-only image") << SaveCase{2, kOddLength, kTwoRows, false, false};
-        QTest::newRow("frame with 101 runs") << SaveCase{2, kOddLength, Runs(101)};
-        QTest::newRow("frame number -1") << SaveCase{-1};
-        QTest::newRow("frame number 151") << SaveCase{151};
-        QTest::newRow("entry write fails") << SaveCase{2, kOddLength, kTwoRows, false, true, 1};
-        QTest::newRow("appended frame write fails") << SaveCase{2, kOddLength, kTwoRows, false, true, 2};
-        QTest::newRow("frame write inside fails") << SaveCase{0, 0x1F0000, kTwoRows, false, true, 2};
-    }
-
-    void save()
-    {
-        QFETCH(SaveCase, c);
-        const auto& [f, position, rows, saved, writable, faultAt] = c;
-        QByteArray image(kOddLength, '\0');
-        for (int i = 0; i < image.size(); i += 97) // bytes that differ every so often
-            image[i] = char(i / 97);
-        PutTableEntries(image, kTable, {Address(kTable + 16), Address(0x0B0000), Address(0x0B0100), 0xFF000000u});
-        TempImage t;
-        QVERIFY2(writable ? t.Open(image) : t.OpenReadOnly(image), qPrintable(t.error));
-        ArtTable table;
-        QCOMPARE(ReadArtTable(t.rom, t.at, table, kTable), TableEnd::EndMarker);
-        std::array<int32_t, kTableSlots> pointers = table.pointers;
-        ArtFrame frame = UsedFrame(1, 0);
-        const ArtFrame before = frame;
-        InjectWriteFault(faultAt, WriteFault::WritesShort);
-        const PixelGrid pixels = MatchPicture(Picture(rows), TestPalette(), kPictureBackground);
-        QCOMPARE(SaveFrameAt(t.rom, t.at, {table, f, frame, pixels}, position, t.error), saved);
-        ClearWriteFault();
-        QCOMPARE(t.error.isEmpty(), saved);
-        if (saved) {
-            PutWord32(image, kTable + 4 * f, Address(position));
-            PutBytes(image, position, kTwoRowBytes);
-            pointers[size_t(f)] = position;
-            QCOMPARE(t.at, position + kTwoRowBytes.size() - 2);
-            QCOMPARE(frame.lines[0].endX, int16_t(3)); // the record keeps the widened lines
-        }
-        QCOMPARE(t.Bytes(), image); // a failed write is put back, an appended one cut off
-        QVERIFY(table.pointers == pointers);
-        QVERIFY(saved || ValuesOf(frame, 3) == ValuesOf(before, 3));
     }
 };
 
