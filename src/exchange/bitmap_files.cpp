@@ -125,7 +125,7 @@ void ReadBitmapPalette(Palette& palette, const QString& fileName)
     }
 }
 
-bool LoadBitmapPicture(const QString& fileName, QImage& picture, QString& errorText)
+bool LoadBitmapImage(const QString& fileName, QImage& picture, QString& errorText)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -140,8 +140,17 @@ bool LoadBitmapPicture(const QString& fileName, QImage& picture, QString& errorT
         errorText = QStringLiteral("\"%1\" is much longer than the picture it declares.").arg(Shown(fileName));
         return false;
     }
+    QImage decoded;
+    if (!DecodeBitmap(bytes, fileName, decoded, errorText))
+        return false;
+    picture = std::move(decoded);
+    return true;
+}
+
+bool LoadBitmapPicture(const QString& fileName, QImage& picture, QString& errorText)
+{
     QImage loaded;
-    if (!DecodeBitmap(bytes, fileName, loaded, errorText))
+    if (!LoadBitmapImage(fileName, loaded, errorText))
         return false;
     QImage converted = loaded.convertToFormat(QImage::Format_RGB32);
     if (converted.isNull()) {

@@ -22,6 +22,9 @@ inline bool HasImportedDepth(const QString& fileName) { return BitmapDepth(fileN
 // missing bytes read as 0.
 void ReadBitmapPalette(Palette& palette, const QString& fileName);
 
-// The bitmap's pixels as Format_RGB32. Absurd sizes, short and damaged files are
-// refused with errorText, leaving picture as it was.
+// The bitmap as it is stored (indexed or not). Absurd sizes, short and damaged files
+// are refused with errorText, leaving picture as it was.
+bool LoadBitmapImage(const QString& fileName, QImage& picture, QString& errorText);
+
+// The same as Format_RGB32, as the section chooser shows it.
 bool LoadBitmapPicture(const QString& fileName, QImage& picture, QString& errorText);

@@ -1,0 +1,51 @@
+#pragma once
+// The command line's commands and what they share: how they report, how they read
+// their arguments, and the image they work on through an editor session.
+#include "app/editor_session.h"
+
+#include <QCommandLineParser>
+#include <QStringList>
+#include <memory>
+
+constexpr int kDone = 0;    // the command did what was asked
+constexpr int kRefused = 1; // the input was refused or a file failed; one line says why
+constexpr int kUsage = 2;   // the command line itself is wrong
+
+int RunTables(const QStringList& args);
+int RunRip(const QStringList& args);
+int RunInsert(const QStringList& args);
+int RunPalette(const QStringList& args);
+
+// "zelvane-art: text" on stderr, on one line; gives kRefused.
+int Fail(const QString& text);
+
+// What a command takes, for its parser and its --help.
+struct CommandHelp {
+    QString name;     // as typed after zelvane-art
+    QString synopsis; // the arguments and options
+    QString summary;  // one line
+    QString details;  // the options and what the command does, as printed by --help
+    int positionals;  // how many arguments it needs
+};
+
+// Parses a command's arguments. Gives -1 to go on, or the exit code: kDone after
+// printing --help, kUsage after saying what is wrong.
+int ParseCommand(QCommandLineParser& parser, const QStringList& args, const CommandHelp& help);
+QString HelpText(const CommandHelp& help);
+
+// A decimal number from the command line, or nothing.
+std::optional<int> DecimalArgument(const QString& text);
+
+// The image a command works on: a session whose messages go to stderr.
+struct CliImage {
+    QString path;
+    std::unique_ptr<EditorSession> session;
+    const EditorState& State() const { return session->State(); }
+};
+
+// Opens path in a new session; nothing (after one line on stderr) when it cannot be
+// opened, or, with forWriting, when it cannot be written.
+std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting);
+
+// Writes a new file whole, or removes what was begun of it; errorText names the file.
+bool WriteNewFile(const QString& fileName, const QByteArray& bytes, QString& errorText);

@@ -1,0 +1,80 @@
+#include "cli/cli.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTextStream>
+#include <cstdio>
+#include <unistd.h>
+
+int Fail(const QString& text)
+{
+    QString line = text;
+    line.replace(u'\n', u' ');
+    std::fprintf(stderr, "zelvane-art: %s\n", qPrintable(line));
+    return kRefused;
+}
+
+QString HelpText(const CommandHelp& help)
+{
+    return QStringLiteral("Usage: zelvane-art %1 %2\n%3\n\n%4\n").arg(help.name, help.synopsis, help.summary, help.details);
+}
+
+int ParseCommand(QCommandLineParser& parser, const QStringList& args, const CommandHelp& help)
+{
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.addOption(QCommandLineOption(QStringLiteral("help")));
+    if (parser.parse(QStringList{QStringLiteral("zelvane-art")} + args) && parser.isSet(QStringLiteral("help"))) {
+        std::fputs(qPrintable(HelpText(help)), stdout);
+        return kDone;
+    }
+    QString error = parser.errorText();
+    if (error.isEmpty() && parser.positionalArguments().size() != help.positionals)
+        error = QStringLiteral("%1 takes %2 arguments").arg(help.name).arg(help.positionals);
+    if (error.isEmpty())
+        return -1;
+    std::fprintf(stderr, "zelvane-art %s: %s\nUsage: zelvane-art %s %s\n", qPrintable(help.name), qPrintable(error),
+                 qPrintable(help.name), qPrintable(help.synopsis));
+    return kUsage;
+}
+
+std::optional<int> DecimalArgument(const QString& text)
+{
+    bool ok = false;
+    const int value = text.toInt(&ok, 10);
+    return ok && !text.startsWith(u'+') ? std::optional<int>(value) : std::nullopt;
+}
+
+std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting)
+{
+    // Checked first, so that a refusal is one line and the image is never touched.
+    if (forWriting && QFile::exists(path) && ::access(QFile::encodeName(path).constData(), W_OK) != 0) {
+        Fail(QStringLiteral("%1: the image is read-only; nothing was written").arg(QDir::toNativeSeparators(path)));
+        return nullptr;
+    }
+    auto image = std::make_unique<CliImage>();
+    image->path = path;
+    image->session = std::make_unique<EditorSession>([path](const Prompt& prompt) {
+        if (prompt.kind == PromptKind::Message)
+            Fail(prompt.text.contains(QFileInfo(path).fileName()) ? prompt.text
+                                                                   : QDir::toNativeSeparators(path) + ": " + prompt.text);
+        return PromptAnswer{};
+    });
+    image->session->OpenFile(path);
+    if (!image->State().romLoaded)
+        return nullptr;
+    return image;
+}
+
+bool WriteNewFile(const QString& fileName, const QByteArray& bytes, QString& errorText)
+{
+    QFile file(fileName);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)
+        && file.write(bytes) == bytes.size() && file.flush()) {
+        file.close();
+        if (file.error() == QFileDevice::NoError)
+            return true;
+    }
+    errorText = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString());
+    file.remove();
+    return false;
+}

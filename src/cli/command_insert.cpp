@@ -1,0 +1,180 @@
+// zelvane-art insert: a picture into the image as one slot's frame, with the editor's
+// encoder, limits and refusals, and the entry pointed at it.
+#include "art/frame_placement.h"
+#include "art/save_art.h"
+#include "cli/cli.h"
+#include "cli/manifest.h"
+#include "exchange/picture_pixels.h"
+#include "rom/art_lists.h"
+#include "view/frame_render.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <cstdio>
+
+namespace {
+const CommandHelp kHelp{
+    "insert", "ROM TABLE SLOT IMAGE (--append | --at HEX) [--origin X,Y] [--match editor|perceptual] [--dry-run]",
+    "Put IMAGE into ROM as the frame of slot SLOT of table TABLE, and point the entry at it.",
+    "IMAGE is an indexed PNG or a 16-colour BMP, whose indices are kept, or an RGB(A) PNG, whose\n"
+    "colours are matched against the table's palette. Fully transparent pixels, pixels under half\n"
+    "opaque and pixels of the editor's background (240, 240, 240) are not drawn. The frame is\n"
+    "encoded as the editor saves it, and refused as the editor refuses it.\n\n"
+    "  --append        write the frame at the end of the file\n"
+    "  --at HEX        write it at this position, whatever lies there\n"
+    "  --origin X,Y    the frame coordinate of the picture's top-left pixel; by default the one\n"
+    "                  rip recorded for it in the nearest manifest.json, else the editor's placement\n"
+    "  --match editor|perceptual\n"
+    "                  for RGB pictures: the editor's matching (the default) or the nearest\n"
+    "                  palette colour in OKLab\n"
+    "  --dry-run       say where the frame would go and what the entry would become; write nothing",
+    4};
+
+struct InsertRequest {
+    int table = 0, slot = 0;
+    QString picture;
+    std::optional<QString> at; // hexadecimal digits; none for --append
+    std::optional<QPoint> origin;
+    ColorMatch match = ColorMatch::Editor;
+    bool dryRun = false;
+};
+
+// Reads the options; an error text for a wrong command line.
+QString ReadRequest(const QCommandLineParser& parser, InsertRequest& request)
+{
+    const QStringList args = parser.positionalArguments();
+    const std::optional<int> table = DecimalArgument(args[1]), slot = DecimalArgument(args[2]);
+    if (!table || !slot)
+        return QStringLiteral("TABLE and SLOT are decimal numbers");
+    request.table = *table;
+    request.slot = *slot;
+    request.picture = args[3];
+    if (parser.isSet("append") == parser.isSet("at"))
+        return QStringLiteral("give either --append or --at HEX");
+    if (parser.isSet("at")) {
+        static const QRegularExpression hex(QStringLiteral("^(0[xX])?([0-9A-Fa-f]+)$"));
+        const QRegularExpressionMatch m = hex.match(parser.value("at"));
+        if (!m.hasMatch())
+            return QStringLiteral("--at takes a hexadecimal position, such as 1F0000");
+        request.at = m.captured(2);
+    }
+    if (parser.isSet("origin")) {
+        const QStringList xy = parser.value("origin").split(u',');
+        const std::optional<int> x = DecimalArgument(xy.value(0)), y = DecimalArgument(xy.value(1));
+        if (xy.size() != 2 || !x || !y)
+            return QStringLiteral("--origin takes two whole numbers, such as -8,-30");
+        request.origin = QPoint(*x, *y);
+    }
+    const QString match = parser.value("match");
+    if (!match.isEmpty() && match != "editor" && match != "perceptual")
+        return QStringLiteral("--match takes editor or perceptual");
+    request.match = match == "perceptual" ? ColorMatch::Perceptual : ColorMatch::Editor;
+    request.dryRun = parser.isSet("dry-run");
+    return {};
+}
+
+std::optional<int32_t> TargetPosition(const InsertRequest& request, const CliImage& image)
+{
+    const int64_t length = RomLength(image.State().romFile);
+    QString errorText;
+    const std::optional<int32_t> position =
+        request.at ? TypedSavePosition(*request.at, length, errorText) : AppendPosition(length, errorText);
+    if (!position)
+        Fail(QDir::toNativeSeparators(image.path) + ": " + errorText);
+    return position;
+}
+
+// The frame already there, when it shows exactly what the plan would write.
+bool AlreadyThere(const CliImage& image, const InsertRequest& request, const FrameSavePlan& plan, int32_t position)
+{
+    if (image.State().artTables[size_t(request.table)].pointers[size_t(request.slot)] != position)
+        return false;
+    ArtFrame there;
+    int32_t readPosition = 0;
+    if (ReadFrame(image.State().romFile, readPosition, there, position) != FrameRead::Complete)
+        return false;
+    const FramePixels old = RenderFramePixels(there), planned = RenderFramePixels(plan.frame);
+    return old.origin == planned.origin && old.grid.width == planned.grid.width && old.grid.cells == planned.grid.cells;
+}
+
+void PrintDryRun(const InsertRequest& request, const FrameSavePlan& plan, int32_t position, int32_t oldEntry)
+{
+    const RomPatch& entry = plan.patches.front();
+    std::printf("would write %lld bytes at %s (%d)\n", qint64(plan.patches.back().bytes.size()),
+                qPrintable(ListLineText(position)), position);
+    std::printf("would point table %d slot %d (entry at %s) from %s to %s\n", request.table, request.slot,
+                qPrintable(ListLineText(int32_t(entry.position))), qPrintable(ListLineText(oldEntry)),
+                qPrintable(ListLineText(position)));
+}
+
+// A list that ends where frame 0's data begins runs on once frame 0 moves elsewhere.
+void WarnWhenTheListRunsOn(const CliImage& image, const InsertRequest& request, int32_t position, int32_t oldEntry)
+{
+    ArtTable table;
+    int32_t readPosition = 0;
+    if (request.slot != 0 || position == oldEntry
+        || ReadArtTable(image.State().romFile, readPosition, table, kArtTablePositions[size_t(request.table)])
+               != TableEnd::FirstFrameReached)
+        return;
+    std::fprintf(stderr, "zelvane-art: note: table %d's list ends where its frame 0 begins; with frame 0 elsewhere, "
+                         "the list runs on into the data behind it, as after the editor's save\n", request.table);
+}
+
+int Insert(CliImage& image, const InsertRequest& request)
+{
+    const EditorState& state = image.State();
+    const QString rom = QDir::toNativeSeparators(image.path);
+    if (request.table < 0 || request.table >= kArtTableCount || request.slot < 0
+        || request.slot >= ListedSlotCount(state.artTables[size_t(request.table)]))
+        return Fail(QStringLiteral("%1: table %2 lists no slot %3").arg(rom).arg(request.table).arg(request.slot));
+    QImage picture;
+    QString errorText;
+    if (!LoadPicture(request.picture, picture, errorText))
+        return Fail(errorText);
+    const std::optional<PixelGrid> pixels = PicturePixels(picture, state.palettes[size_t(request.table)], request.match, errorText);
+    if (!pixels)
+        return Fail(QDir::toNativeSeparators(request.picture) + ": " + errorText);
+    const std::optional<int32_t> position = TargetPosition(request, image);
+    if (!position)
+        return kRefused;
+    const int32_t oldEntry = state.artTables[size_t(request.table)].pointers[size_t(request.slot)];
+    ArtFrame current;
+    int32_t readPosition = 0;
+    ReadFrame(state.romFile, readPosition, current, oldEntry);
+    const std::optional<QPoint> origin = request.origin ? request.origin : RecordedOrigin(request.picture);
+    const PlacedPixels placed = origin ? PlaceAtOrigin(current, *pixels, *origin) : PlacedPixels{current, *pixels};
+    const std::optional<FrameSavePlan> plan =
+        PlanFrameSave(state.artTables[size_t(request.table)], request.slot, placed.placement, placed.pixels, *position, errorText);
+    if (!plan)
+        return Fail(QDir::toNativeSeparators(request.picture) + ": " + errorText);
+    WarnWhenTheListRunsOn(image, request, *position, oldEntry);
+    if (request.dryRun) {
+        PrintDryRun(request, *plan, *position, oldEntry);
+        return kDone;
+    }
+    if (AlreadyThere(image, request, *plan, *position)) {
+        std::fprintf(stderr, "zelvane-art: %s: the slot already shows this picture there; nothing was written\n", qPrintable(rom));
+        return kDone;
+    }
+    return image.session->SaveFrame(request.table, request.slot, placed.placement, placed.pixels, *position) ? kDone : kRefused;
+}
+}
+
+int RunInsert(const QStringList& args)
+{
+    QCommandLineParser parser;
+    parser.addOption(QCommandLineOption("append"));
+    parser.addOption(QCommandLineOption("at", {}, "HEX"));
+    parser.addOption(QCommandLineOption("origin", {}, "X,Y"));
+    parser.addOption(QCommandLineOption("match", {}, "HOW"));
+    parser.addOption(QCommandLineOption("dry-run"));
+    if (const int exit = ParseCommand(parser, args, kHelp); exit >= 0)
+        return exit;
+    InsertRequest request;
+    if (const QString error = ReadRequest(parser, request); !error.isEmpty()) {
+        std::fprintf(stderr, "zelvane-art insert: %s\nUsage: zelvane-art insert %s\n", qPrintable(error), qPrintable(kHelp.synopsis));
+        return kUsage;
+    }
+    const std::unique_ptr<CliImage> image = OpenImage(parser.positionalArguments()[0], !request.dryRun);
+    return image ? Insert(*image, request) : kRefused;
+}
