@@ -3,7 +3,7 @@
 # and benchmarks need). Without the right to install, prints the apt line instead.
 set -euo pipefail
 
-packages=(g++ make cmake qt6-base-dev libgl-dev fonts-dejavu-core)
+packages=(g++ make cmake qt6-base-dev libgl-dev fonts-dejavu-core help2man)
 if [ "${1:-}" = test ]; then
   packages+=(libbenchmark-dev imagemagick)
 fi

@@ -47,5 +47,13 @@ struct CliImage {
 // opened, or, with forWriting, when it cannot be written.
 std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting);
 
+// While it lives, what libraries print to stderr (a picture decoder's complaints) goes
+// nowhere: each command says what went wrong in its own one line.
+struct QuietStderr {
+    QuietStderr();
+    ~QuietStderr();
+    int saved;
+};
+
 // Writes a new file whole, or removes what was begun of it; errorText names the file.
 bool WriteNewFile(const QString& fileName, const QByteArray& bytes, QString& errorText);

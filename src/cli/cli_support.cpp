@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QTextStream>
 #include <cstdio>
+#include <fcntl.h>
 #include <unistd.h>
 
 int Fail(const QString& text)
@@ -63,6 +64,24 @@ std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting)
     if (!image->State().romLoaded)
         return nullptr;
     return image;
+}
+
+QuietStderr::QuietStderr() : saved(::dup(2))
+{
+    std::fflush(stderr);
+    const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere >= 0) {
+        ::dup2(nowhere, 2);
+        ::close(nowhere);
+    }
+}
+
+QuietStderr::~QuietStderr()
+{
+    if (saved >= 0) {
+        ::dup2(saved, 2);
+        ::close(saved);
+    }
 }
 
 bool WriteNewFile(const QString& fileName, const QByteArray& bytes, QString& errorText)

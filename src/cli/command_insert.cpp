@@ -129,7 +129,12 @@ int Insert(CliImage& image, const InsertRequest& request)
         return Fail(QStringLiteral("%1: table %2 lists no slot %3").arg(rom).arg(request.table).arg(request.slot));
     QImage picture;
     QString errorText;
-    if (!LoadPicture(request.picture, picture, errorText))
+    bool loaded = false;
+    {
+        const QuietStderr quiet;
+        loaded = LoadPicture(request.picture, picture, errorText);
+    }
+    if (!loaded)
         return Fail(errorText);
     const std::optional<PixelGrid> pixels = PicturePixels(picture, state.palettes[size_t(request.table)], request.match, errorText);
     if (!pixels)

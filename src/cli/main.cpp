@@ -57,7 +57,7 @@ int main(int argc, char** argv)
     for (const auto& [name, run] : commands)
         if (command == name)
             return run(args);
-    std::fprintf(stderr, "zelvane-art: %s\n%s", command.isEmpty() ? "a command is missing" : qPrintable("unknown command " + command),
-                 kUsageText);
+    std::fprintf(stderr, "zelvane-art: %s\nTry zelvane-art --help.\n",
+                 command.isEmpty() ? "a command is missing" : qPrintable("unknown command " + command));
     return kUsage;
 }

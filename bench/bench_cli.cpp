@@ -1,0 +1,80 @@
+// The command line as its users run it, a process from start to exit: rip of an image
+// whose 14 tables are full (151 frames each, 2,114 frames), and tables on the demo image.
+#include "demo_image.h"
+#include "rom/art_table.h"
+#include "rom_builder.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
+
+namespace {
+constexpr int kFreeArea = 0x140000;
+
+// Each list's 151st entry is the last before frame 0's data, which follows it.
+QByteArray FullImage()
+{
+    QByteArray image(0x300000, '\0');
+    int freeAt = kFreeArea;
+    for (int n = 0; n < kArtTableCount; ++n) {
+        const int position = kArtTablePositions[size_t(n)];
+        std::vector<uint32_t> entries;
+        for (int f = 0; f < kTableSlots; ++f) {
+            IndexGrid sprite = MakeIndexGrid(16, 16);
+            for (int y = 0; y < 16; ++y)
+                for (int x = (y + f) % 4; x < 16 - y % 3; ++x)
+                    sprite.At(x, y) = 1 + (x + y + f + n) % 15;
+            const QByteArray bytes = SpriteFrameBytes(sprite, 8, 0);
+            const int at = f == 0 ? position + kTableSlots * 4 : freeAt;
+            if (f > 0)
+                freeAt += int(bytes.size());
+            PutBytes(image, at, bytes);
+            entries.push_back(uint32_t(at) + kCartridgeBase);
+        }
+        PutTableEntries(image, position, entries);
+    }
+    return image;
+}
+
+struct Images {
+    QTemporaryDir dir;
+    QString full = dir.filePath("full.bin"), demo = dir.filePath("demo.bin");
+    Images() { WriteFileBytes(full, FullImage()), WriteFileBytes(demo, BuildDemoImage()); }
+};
+
+Images& Shared()
+{
+    static Images images;
+    return images;
+}
+
+bool RunCli(const QStringList& args)
+{
+    QProcess process;
+    process.start(QStringLiteral(ZELVANE_CLI), args);
+    return process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+void BM_RipFullImage(benchmark::State& state)
+{
+    Images& images = Shared();
+    int rips = 0;
+    for (auto _ : state)
+        if (!RunCli({"rip", images.full, images.dir.filePath(QStringLiteral("rip%1").arg(rips++)), "--quiet"}))
+            state.SkipWithError("rip failed");
+    state.counters["frames_per_second"] =
+        benchmark::Counter(double(kArtTableCount * kTableSlots) * double(state.iterations()), benchmark::Counter::kIsRate);
+}
+BENCHMARK(BM_RipFullImage)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_TablesOfTheDemoImage(benchmark::State& state)
+{
+    Images& images = Shared();
+    for (auto _ : state)
+        if (!RunCli({"tables", images.demo}))
+            state.SkipWithError("tables failed");
+}
+BENCHMARK(BM_TablesOfTheDemoImage)->Unit(benchmark::kMillisecond)->UseRealTime();
+}
+
+BENCHMARK_MAIN();

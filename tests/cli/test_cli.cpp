@@ -1,0 +1,204 @@
+// zelvane-art run as a process on generated images: rip and insert round trips, the
+// same bytes as the editor, and refusals that write nothing and say so in one line.
+#include "session_fixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QtTest>
+#include <sys/mount.h>
+
+namespace {
+constexpr int kFreeArea = 0x140000;
+
+struct Run {
+    int code;
+    QByteArray out, err;
+};
+
+Run Cli(const QStringList& args, bool asNobody = false)
+{
+    QProcess process;
+    if (asNobody) // root may write any file, so the read-only case runs as nobody
+        process.setChildProcessModifier([] { (void)::setgid(65534), (void)::setuid(65534); });
+    process.start(QStringLiteral(ZELVANE_CLI), args);
+    process.waitForFinished(60000);
+    const int code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    return {code, process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+// Every table lists three frames and an end marker, so that frames may move. Table 0's
+// frame 2 has a line of odd width, table 1's frame 1 runs that overlap and a value
+// beyond 16, table 2's frame 2 lies beyond the end; the rest are as the editor saves.
+QByteArray GeneratedImage()
+{
+    QByteArray image(0x200000, '\0');
+    int freeAt = kFreeArea;
+    for (int n = 0; n < kArtTableCount; ++n) {
+        std::array<ConsoleColor, 15> words{};
+        for (int i = 0; i < 15; ++i)
+            words[size_t(i)] = Word((3 * i + n) % 32, (29 - 2 * i) % 32, (i * 7 + n) % 32);
+        PutPaletteWords(image, kPalettePositions[size_t(n)], words);
+        std::vector<uint32_t> entries;
+        for (int f = 0; f < 3; ++f) {
+            IndexGrid blob = MakeIndexGrid(9 + n % 4, 7 + f);
+            for (int y = 0; y < blob.height; ++y)
+                for (int x = (y + f) % 3; x < blob.width - y % 2; ++x)
+                    blob.At(x, y) = (x * y + n + f) % 17;
+            QByteArray bytes = SpriteFrameBytes(blob, 4 - f, 2);
+            if (n == 0 && f == 2)
+                bytes = QByteArray::fromHex("FFFE0001FF000000" "FE01FF00030405" "0000");
+            if (n == 1 && f == 1)
+                bytes = QByteArray::fromHex("0000000000000000" "0004000001020304" "020400001405" "0000");
+            entries.push_back(uint32_t(n == 2 && f == 2 ? 0x400000 : freeAt) + kCartridgeBase);
+            PutBytes(image, freeAt, bytes);
+            freeAt += int(bytes.size());
+        }
+        entries.push_back(0xFF000000u);
+        PutTableEntries(image, kArtTablePositions[size_t(n)], entries);
+    }
+    return image;
+}
+
+QJsonArray Manifest(const QString& dir)
+{
+    return QJsonDocument::fromJson(FileBytes(dir + "/manifest.json")).object()["frames"].toArray();
+}
+
+// Every pixel drawn before is drawn again with its index; a pixel drawn only after is
+// the index-0 pixel that widens a line of odd width.
+void CompareRips(const QString& before, const QString& after, bool exactly)
+{
+    const QJsonArray a = Manifest(before), b = Manifest(after);
+    QCOMPARE(a.size(), b.size());
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        const QJsonObject x = a[i].toObject(), y = b[i].toObject();
+        QCOMPARE(x.contains("file"), y.contains("file"));
+        if (!x.contains("file"))
+            continue;
+        const QImage p(before + "/" + x["file"].toString()), q(after + "/" + y["file"].toString());
+        const QPoint shift(x["origin"][0].toInt() - y["origin"][0].toInt(), x["origin"][1].toInt() - y["origin"][1].toInt());
+        if (exactly)
+            QVERIFY(p == q && shift.isNull());
+        for (int v = 0; v < q.height(); ++v)
+            for (int u = 0; u < q.width(); ++u) {
+                const QPoint at = QPoint(u, v) - shift;
+                const int old = p.valid(at) ? p.pixelIndex(at) : 17, now = q.pixelIndex(u, v);
+                if (old != now && !(old == 17 && now == 0 && u > 0 && q.pixelIndex(u - 1, v) != 17))
+                    QFAIL(qPrintable(QStringLiteral("%1 at (%2, %3)").arg(x["file"].toString()).arg(u).arg(v)));
+            }
+    }
+}
+
+void InsertAll(const QString& rom, const QString& dir)
+{
+    for (const QJsonValue& value : Manifest(dir)) {
+        const QJsonObject frame = value.toObject();
+        if (frame.contains("file"))
+            QCOMPARE(Cli({"insert", rom, QString::number(frame["table"].toInt()), QString::number(frame["slot"].toInt()),
+                          dir + "/" + frame["file"].toString(), "--append"})
+                         .code, 0);
+    }
+}
+}
+
+class TestCli : public QObject {
+    Q_OBJECT
+    QTemporaryDir dir;
+    QString rom = dir.filePath("rom.bin");
+
+private slots:
+    void init()
+    {
+        QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile::remove(rom);
+        QVERIFY(WriteFileBytes(rom, GeneratedImage()));
+    }
+
+    void ripAndInsertRoundTrip()
+    {
+        const QString first = dir.filePath("first"), second = dir.filePath("second"), third = dir.filePath("third");
+        QCOMPARE(Cli({"rip", rom, first, "--quiet"}).code, 0);
+        const QJsonArray frames = Manifest(first);
+        QCOMPARE(frames.size(), 14 * 4);
+        QVERIFY(frames[11].toObject().contains("reason") && !frames[11].toObject().contains("file"));
+        InsertAll(rom, first);
+        QCOMPARE(Cli({"rip", rom, second}).code, 0);
+        CompareRips(first, second, false);
+        InsertAll(rom, second);
+        QCOMPARE(Cli({"rip", rom, third}).code, 0);
+        CompareRips(second, third, true);
+        // Saved as the editor saves them, frames inserted at their own place change nothing.
+        const QByteArray before = FileBytes(rom);
+        for (const QJsonValue& value : Manifest(third))
+            if (const QJsonObject f = value.toObject(); f.contains("file"))
+                Cli({"insert", rom, QString::number(f["table"].toInt()), QString::number(f["slot"].toInt()),
+                     third + "/" + f["file"].toString(), "--at", QString::number(f["offset"].toInteger(), 16)});
+        QCOMPARE(FileBytes(rom), before);
+    }
+
+    void sameBytesAsTheEditor()
+    {
+        SessionFixture editor;
+        WriteFileBytes(editor.romPath, GeneratedImage());
+        editor.Show(5, 1);
+        editor.session.PressWindowSurface(PalboxRect(9).center());
+        editor.Stroke({40, 45});
+        const QString picture = dir.filePath("painted.png");
+        QVERIFY(editor.state.preview.image.save(picture));
+        editor.script.Answer(Reply::Yes);
+        editor.session.SaveArt();
+        QCOMPARE(Cli({"insert", rom, "5", "1", picture, "--append"}).code, 0);
+        QCOMPARE(FileBytes(rom), editor.RomBytes());
+    }
+
+    void refusalsWriteNothing_data()
+    {
+        QTest::addColumn<QStringList>("args"); // ROM and DIR stand for the image and the folder
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("not a picture") << QStringList{"insert", "ROM", "0", "0", "DIR/bad.png", "--append"} << 1 << "bad.png: not a PNG";
+        QTest::newRow("101 runs") << QStringList{"insert", "ROM", "0", "0", "DIR/runs.png", "--append"} << 1 << "more than 100 runs";
+        QTest::newRow("slot not listed") << QStringList{"insert", "ROM", "4", "4", "DIR/ok.png", "--append"} << 1 << "table 4 lists no slot 4";
+        QTest::newRow("beyond the end") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--at", "0x300000"} << 1 << "lies beyond the end";
+        QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";
+        QTest::newRow("missing image") << QStringList{"tables", "DIR/none.bin"} << 1 << "Cannot open none.bin: No such file";
+        QTest::newRow("folder as image") << QStringList{"palette", "export", "DIR", "0", "DIR/p.gpl"} << 1 << "Is a directory";
+        QTest::newRow("folder cannot be made") << QStringList{"rip", "ROM", "DIR/ok.png/out"} << 1 << "cannot be created";
+        QTest::newRow("full disk") << QStringList{"rip", "ROM", "DIR/full"} << 1 << "No space left on device";
+        QTest::newRow("no position") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png"} << 2 << "--append or --at";
+        QTest::newRow("not a command") << QStringList{"rips", "ROM"} << 2 << "unknown command rips";
+    }
+
+    void refusalsWriteNothing()
+    {
+        QFETCH(QStringList, args);
+        QFETCH(int, code);
+        QFETCH(QString, said);
+        QImage ok(4, 2, QImage::Format_RGB32), runs(202, 1, QImage::Format_RGB32);
+        ok.fill(Qt::black);
+        runs.fill(qRgb(240, 240, 240));
+        for (int x = 0; x < 202; x += 2)
+            runs.setPixel(x, 0, qRgb(0, 0, 0));
+        QVERIFY(ok.save(dir.filePath("ok.png")) && runs.save(dir.filePath("runs.png")));
+        WriteFileBytes(dir.filePath("bad.png"), "\x89PNG\r\n\x1A\nnot really");
+        const bool full = QString(QTest::currentDataTag()) == "full disk";
+        if (full && (!QDir().mkpath(dir.filePath("full")) || ::mount("tmpfs", QFile::encodeName(dir.filePath("full")), "tmpfs", 0, "size=16k")))
+            QSKIP("mounting a small tmpfs needs root");
+        const bool readOnly = QString(QTest::currentDataTag()) == "read-only image";
+        if (readOnly)
+            QVERIFY(QFile::setPermissions(rom, QFile::ReadOwner | QFile::ReadOther) && QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther));
+        const QByteArray before = FileBytes(rom);
+        const Run run = Cli(args.replaceInStrings("ROM", rom).replaceInStrings("DIR", dir.path()), readOnly);
+        if (full)
+            ::umount(QFile::encodeName(dir.filePath("full")));
+        QVERIFY2(run.code == code && run.err.contains(said.toUtf8()), qPrintable(args.join(" ") + " -> " + run.err + run.out));
+        QCOMPARE(run.err.count('\n'), code == 1 ? 1 : 2);
+        QVERIFY(run.out.isEmpty());
+        QCOMPARE(FileBytes(rom), before);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCli)
+#include "test_cli.moc"
