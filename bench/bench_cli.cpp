@@ -4,6 +4,7 @@
 #include "rom/art_table.h"
 #include "rom_builder.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
@@ -55,17 +56,23 @@ bool RunCli(const QStringList& args)
     return process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
+// Into new folders: the file system's creation of 2,114 files counts too. Argument 1
+// rips into a RAM disk, to see the program's own part.
 void BM_RipFullImage(benchmark::State& state)
 {
     Images& images = Shared();
+    QTemporaryDir ramDisk(QStringLiteral("/dev/shm/zelvane-bench-XXXXXX"));
+    const QDir into(state.range(0) ? ramDisk.path() : images.dir.path());
     int rips = 0;
     for (auto _ : state)
-        if (!RunCli({"rip", images.full, images.dir.filePath(QStringLiteral("rip%1").arg(rips++)), "--quiet"}))
+        if (!RunCli({"rip", images.full, into.filePath(QStringLiteral("rip%1").arg(rips++)), "--quiet"}))
             state.SkipWithError("rip failed");
+    QFile manifest(into.filePath(QStringLiteral("rip0/manifest.json")));
+    state.counters["frames_ripped"] = manifest.open(QIODevice::ReadOnly) ? double(manifest.readAll().count("\"file\"")) : 0.0;
     state.counters["frames_per_second"] =
         benchmark::Counter(double(kArtTableCount * kTableSlots) * double(state.iterations()), benchmark::Counter::kIsRate);
 }
-BENCHMARK(BM_RipFullImage)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(BM_RipFullImage)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_TablesOfTheDemoImage(benchmark::State& state)
 {

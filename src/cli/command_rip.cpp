@@ -58,14 +58,17 @@ QByteArray PngBytes(const QImage& picture)
     return buffer.data();
 }
 
+bool MakeFolder(Rip& rip, const QString& relative)
+{
+    if (rip.dir.mkpath(relative))
+        return true;
+    rip.errorText = QStringLiteral("%1: the folder cannot be created").arg(QDir::toNativeSeparators(rip.dir.filePath(relative)));
+    return false;
+}
+
 bool WriteInto(Rip& rip, const QString& relative, const QByteArray& bytes)
 {
-    const QString path = rip.dir.filePath(relative);
-    if (!QDir().mkpath(QFileInfo(path).path())) {
-        rip.errorText = QStringLiteral("%1: the folder cannot be created").arg(QDir::toNativeSeparators(QFileInfo(path).path()));
-        return false;
-    }
-    return WriteNewFile(path, bytes, rip.errorText);
+    return WriteNewFile(rip.dir.filePath(relative), bytes, rip.errorText);
 }
 
 // The palette's files, written once for all the tables that show the same colours.
@@ -76,6 +79,8 @@ std::optional<QString> PaletteFiles(Rip& rip, int n)
         if (known.colors == palette.colors)
             return name;
     const QString name = QStringLiteral("palettes/table%1").arg(n, 2, 10, QChar(u'0'));
+    if (!MakeFolder(rip, QStringLiteral("palettes")))
+        return std::nullopt;
     for (const char* extension : {".gpl", ".act", ".tpl"})
         if (!WriteInto(rip, name + extension, *PaletteFileBytes(palette, name + extension, QStringLiteral("Zelvane table %1").arg(n), rip.errorText)))
             return std::nullopt;
@@ -111,7 +116,7 @@ bool RipFrame(Rip& rip, int n, int slot, const QString& paletteName)
 bool RipTable(Rip& rip, int n)
 {
     const std::optional<QString> paletteName = PaletteFiles(rip, n);
-    if (!paletteName)
+    if (!paletteName || !MakeFolder(rip, QStringLiteral("table%1").arg(n, 2, 10, QChar(u'0'))))
         return false;
     for (int slot = 0; slot < ListedSlotCount(rip.state.artTables[size_t(n)]); ++slot)
         if (!RipFrame(rip, n, slot, *paletteName))
