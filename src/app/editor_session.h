@@ -11,6 +11,7 @@
 #include <QPoint>
 #include <QPointF>
 #include <QRect>
+#include <functional>
 
 class EditorSession : public QObject {
     Q_OBJECT
@@ -53,12 +54,20 @@ public:
     void CopySection();
     void CloseSectionChooser();
 
+    // Ctrl+Z and Ctrl+Shift+Z (or Ctrl+Y): a step of painting, or a write to the image,
+    // which is undone by a new change that puts its old bytes and length back.
+    void Undo();
+    void Redo();
+
     // Writes to the image that any front end may ask for; refusals go to the prompter.
     // Slot f of table t becomes a frame of pixels at position, keeping placement's right
     // and bottom, and the entry points there.
-    bool SaveFrame(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position);
+    bool SaveFrame(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position,
+                   const QString& command = QStringLiteral("save"));
     // Palette record n takes edited's slots; 1-15 reach the image, or nothing changes.
-    bool ReplacePalette(int n, const Palette& edited, const QString& failureText);
+    // Never grows the file: a palette past its end is refused.
+    bool ReplacePalette(int n, const Palette& edited, const QString& failureText, const QString& command,
+                        AfterReplay after = AfterReplay::Nothing);
 
 signals:
     void listsChanged();                                      // lines or selected lines
@@ -75,7 +84,15 @@ private:
     void ShowAllPictures();
     bool CanWriteImage(const QString& notLoadedText, const QString& readOnlyText);
     void EditBoxColor(int box);
-    bool WriteImage(const std::vector<RomPatch>& patches, QString& errorText);
+    bool ChangeImage(const QString& command, const std::vector<RomPatch>& patches,
+                     const std::function<void()>& applyToCatalogue, AfterReplay after, QString& errorText);
+    void Remember(HistoryStep step);
+    void ForgetPainting();
+    void BeginCanvasStep();
+    void EndCanvasStep();
+    void ChangeWholePictures(const std::function<void()>& change);
+    bool ReplayImageStep(const ImageStep& step, bool forward);
+    void ShowCatalogueChange(const ImageStep& step);
     void ExportTplPalette(const QString& artFile);
     void ImportBitmapPalette(const QString& fileName);
     void ShowSectionChooser();

@@ -1,6 +1,7 @@
 #pragma once
 // Everything the editor holds between two commands, each value with its initial one.
 // Only the session's operations change it; the windows read it to draw.
+#include "app/edit_history.h"
 #include "art/art_frame.h"
 #include "exchange/section_copy.h"
 #include "palette/palette.h"
@@ -27,6 +28,7 @@ struct SectionChooser {
 
 struct EditorState {
     RomFile romFile; // the open image, none at start
+    Journal journal; // opened at the image's first change
     bool romLoaded = false;
     int32_t readPosition = 0;
     std::array<ArtTable, kArtTableRecords> artTables{};
@@ -51,4 +53,6 @@ struct EditorState {
     QImage importedPicture;
     QString bitmapFile;
     SectionChooser sectionChooser;
+    EditHistory history;
+    CanvasStep strokeBefore; // the pictures as a stroke found them, until its release
 };

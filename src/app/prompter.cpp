@@ -8,6 +8,11 @@ void Refuse(const Prompter& prompter, const QString& text)
     prompter({PromptKind::Message, PromptIcon::Critical, kRefusalTitle, text, {}});
 }
 
+void Inform(const Prompter& prompter, const QString& text)
+{
+    prompter({PromptKind::Message, PromptIcon::Information, kEditorTitle, text, {}});
+}
+
 void ShowHelp(const Prompter& prompter, const QString& text)
 {
     prompter({PromptKind::Message, PromptIcon::Information, QStringLiteral("What is this?"), text, {}});

@@ -30,6 +30,8 @@ extern const QString kEditorTitle;
 
 // A refusal: "ZOMG ERROR!!!1", the critical icon and OK.
 void Refuse(const Prompter& prompter, const QString& text);
+// A note of the editor's own (the information icon, the editor's title and OK).
+void Inform(const Prompter& prompter, const QString& text);
 // A help text: "What is this?", the information icon and OK.
 void ShowHelp(const Prompter& prompter, const QString& text);
 // "Question" with Yes and No.

@@ -28,6 +28,8 @@ void EditorSession::OpenFile(const QString& fileName)
         return;
     }
     FillArtLists(-1);
+    if (!report.recovery.isEmpty())
+        Inform(prompter, report.recovery);
     if (!state.romFile.writable)
         Refuse(prompter, QStringLiteral("%1 is read-only. You can browse its art, but nothing can be saved into it.").arg(shown));
     if (!report.catalogueWhole)

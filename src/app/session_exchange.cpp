@@ -97,5 +97,6 @@ void EditorSession::ImportBitmapPalette(const QString& fileName)
 {
     Palette imported = CurrentPalette();
     ReadBitmapPalette(imported, fileName);
-    ReplacePalette(state.currentPalette, imported, QStringLiteral("The bitmap's palette was not imported:\n%1"));
+    ReplacePalette(state.currentPalette, imported, QStringLiteral("The bitmap's palette was not imported:\n%1"),
+                   QStringLiteral("palette import"));
 }

@@ -39,23 +39,20 @@ void EditorSession::EditBoxColor(int box)
         return;
     Palette edited = CurrentPalette();
     edited.colors[size_t(box)] = ScreenToConsole(TypedColor(answer));
-    ReplacePalette(state.currentPalette, edited, QStringLiteral("The palette could not be written:\n%1"));
+    ReplacePalette(state.currentPalette, edited, QStringLiteral("The palette could not be written:\n%1"),
+                   QStringLiteral("palette edit"), AfterReplay::RedrawFrame);
 }
 
-bool EditorSession::ReplacePalette(int n, const Palette& edited, const QString& failureText)
+bool EditorSession::ReplacePalette(int n, const Palette& edited, const QString& failureText, const QString& command,
+                                   AfterReplay after)
 {
-    QString errorText;
-    state.readPosition = edited.position;
-    if (!state.romLoaded || !WriteImage({PalettePatch(edited)}, errorText)) {
-        Refuse(prompter, failureText.arg(state.romLoaded ? errorText : QStringLiteral("No ROM image is open.")));
-        return false;
-    }
-    state.readPosition = edited.position + kPaletteBytes;
-    state.palettes[size_t(n)] = edited;
-    return true;
-}
-
-bool EditorSession::WriteImage(const std::vector<RomPatch>& patches, QString& errorText)
-{
-    return WriteOrRestore(state.romFile, patches, errorText);
+    QString errorText = QStringLiteral("No ROM image is open.");
+    if (state.romLoaded && edited.position + kPaletteBytes > RomLength(state.romFile))
+        errorText = QStringLiteral("the palette at %1 lies beyond the end of the file, which is not made longer for it.")
+                        .arg(QString::number(edited.position, 16).toUpper());
+    else if (state.romLoaded && ChangeImage(command, {PalettePatch(edited)}, [&] { state.palettes[size_t(n)] = edited; },
+                                            after, errorText))
+        return true;
+    Refuse(prompter, failureText.arg(errorText));
+    return false;
 }

@@ -43,15 +43,16 @@ void EditorSession::SaveArt()
     FillArtLists(state.frameRow);
 }
 
-bool EditorSession::SaveFrame(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position)
+bool EditorSession::SaveFrame(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position,
+                              const QString& command)
 {
     const QString readOnly = QStringLiteral("%1 is read-only, so the art cannot be saved into it.");
     if (!CanWriteImage(QStringLiteral("Save what art? (*HINT* OPEN A ROM FIRST) lmao"), readOnly))
         return false;
     QString errorText;
     std::optional<FrameSavePlan> plan = PlanFrameSave(state.artTables[size_t(t)], f, placement, pixels, position, errorText);
-    if (plan && WriteImage(plan->patches, errorText)) {
-        SetFramePointer(state.artTables[size_t(t)], f, position);
+    auto pointAtIt = [&] { SetFramePointer(state.artTables[size_t(t)], f, position); };
+    if (plan && ChangeImage(command, plan->patches, pointAtIt, AfterReplay::RereadTables, errorText)) {
         state.currentFrame = plan->frame;
         state.readPosition = int32_t(uint32_t(position) + uint32_t(plan->patches.back().bytes.size() - 2));
         return true;

@@ -62,9 +62,10 @@ void EditorSession::MoveSelectionCorner(QPoint position)
 
 void EditorSession::CopySection()
 {
-    ::CopySection(state.sectionChooser.view, state.sectionChooser.selection, SectionZoom(), Pictures());
+    ChangeWholePictures([this] {
+        ::CopySection(state.sectionChooser.view, state.sectionChooser.selection, SectionZoom(), Pictures());
+    });
     state.sectionChooser.shown = false;
-    ShowAllPictures();
     emit sectionChooserChanged();
 }
 

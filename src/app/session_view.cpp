@@ -34,6 +34,7 @@ void EditorSession::RefreshView()
         const int t = std::max(state.artRow, 0);
         const int f = std::max(state.frameRow, 0);
         ReadFrame(state.romFile, state.readPosition, state.currentFrame, state.artTables[size_t(t)].pointers[size_t(f)]);
+        ForgetPainting();
         ClearSurface(state.canvas);
         ClearSurface(state.preview);
         state.currentPalette = int16_t(t);
@@ -47,13 +48,18 @@ void EditorSession::RefreshView()
 void EditorSession::SetZoom(int value)
 {
     state.zoom = int16_t(std::clamp(value, 1, 8));
+    ForgetPainting();
     ClearSurface(state.canvas);
     ClearSurface(state.preview);
     ShowAllPictures();
     RefreshView();
 }
 
-void EditorSession::PressCanvas() { state.drawing = true; }
+void EditorSession::PressCanvas()
+{
+    state.drawing = true;
+    BeginCanvasStep();
+}
 
 void EditorSession::MoveOnCanvas(QPoint position)
 {
@@ -62,16 +68,24 @@ void EditorSession::MoveOnCanvas(QPoint position)
     const ScreenColor color = ConsoleToScreen(CurrentPalette(), state.currentColor, state.transparentColor);
     const QPoint pixel(NearestImagePixel(position.x(), state.zoom), NearestImagePixel(position.y(), state.zoom));
     const QRect canvasRect = PaintCanvasPoint(Pictures(), position.x(), position.y(), color);
-    emit picturesChanged(canvasRect, QRect(pixel, QSize(1, 1)).intersected(state.preview.image.rect()));
+    const QRect previewRect = QRect(pixel, QSize(1, 1)).intersected(state.preview.image.rect());
+    state.strokeBefore.canvasRect |= canvasRect;
+    state.strokeBefore.previewRect |= previewRect;
+    emit picturesChanged(canvasRect, previewRect);
 }
 
-void EditorSession::ReleaseCanvas() { state.drawing = false; }
+void EditorSession::ReleaseCanvas()
+{
+    state.drawing = false;
+    EndCanvasStep();
+}
 
 void EditorSession::ClearPictures()
 {
-    ClearSurface(state.canvas);
-    ClearSurface(state.preview);
-    ShowAllPictures();
+    ChangeWholePictures([this] {
+        ClearSurface(state.canvas);
+        ClearSurface(state.preview);
+    });
 }
 
 void EditorSession::DrawWithTransparent()

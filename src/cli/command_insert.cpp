@@ -9,6 +9,7 @@
 #include "view/frame_render.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <cstdio>
 
@@ -161,7 +162,11 @@ int Insert(CliImage& image, const InsertRequest& request)
         std::fprintf(stderr, "zelvane-art: %s: the slot already shows this picture there; nothing was written\n", qPrintable(rom));
         return kDone;
     }
-    return image.session->SaveFrame(request.table, request.slot, placed.placement, placed.pixels, *position) ? kDone : kRefused;
+    const QString command = QStringLiteral("insert %1 as table %2 slot %3")
+                                .arg(QFileInfo(request.picture).fileName()).arg(request.table).arg(request.slot);
+    return image.session->SaveFrame(request.table, request.slot, placed.placement, placed.pixels, *position, command)
+               ? kDone
+               : kRefused;
 }
 }
 

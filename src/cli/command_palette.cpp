@@ -5,6 +5,7 @@
 #include "exchange/uncompressed_art.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <cstdio>
 
 namespace {
@@ -43,7 +44,10 @@ int Import(CliImage& image, int table, const QString& file)
         return Fail(errorText);
     Palette edited = image.State().palettes[size_t(table)];
     std::copy(colors->begin(), colors->end(), edited.colors.begin());
-    return image.session->ReplacePalette(table, edited, QStringLiteral("The palette was not written: %1")) ? kDone : kRefused;
+    return image.session->ReplacePalette(table, edited, QStringLiteral("The palette was not written: %1"),
+                                         QStringLiteral("palette import %1").arg(QFileInfo(file).fileName()))
+               ? kDone
+               : kRefused;
 }
 }
 

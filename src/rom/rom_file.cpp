@@ -1,6 +1,8 @@
 #include "rom/rom_file.h"
 
 #include <cerrno>
+#include <csignal>
+#include <optional>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,13 +16,12 @@ struct PendingFault {
     WriteFault fault = WriteFault::Fails;
 } pendingFault;
 
-// Gives the errno to fail this write with (and how many bytes to write first), or 0.
-int TakeFault(int64_t count, int64_t& bytesFirst)
+// The fault this write meets, if it is the one.
+std::optional<WriteFault> TakeFault()
 {
     if (pendingFault.writesLeft == 0 || --pendingFault.writesLeft > 0)
-        return 0;
-    bytesFirst = pendingFault.fault == WriteFault::WritesShort ? count / 2 : 0;
-    return pendingFault.fault == WriteFault::Fails ? EIO : ENOSPC;
+        return std::nullopt;
+    return pendingFault.fault;
 }
 
 bool WriteAll(int fd, int64_t position, const char* in, int64_t count, QString& errorText)
@@ -42,6 +43,32 @@ bool WriteAll(int fd, int64_t position, const char* in, int64_t count, QString& 
 
 void InjectWriteFault(int nth, WriteFault fault) { pendingFault = {nth, fault}; }
 void ClearWriteFault() { pendingFault = {}; }
+
+bool WriteFileAt(int fd, int64_t position, const void* data, int64_t count, QString& errorText)
+{
+    const auto* in = static_cast<const char*>(data);
+    const std::optional<WriteFault> fault = TakeFault();
+    if (!fault)
+        return WriteAll(fd, position, in, count, errorText);
+    if (*fault == WriteFault::KillsAfter) {
+        WriteAll(fd, position, in, count, errorText);
+        ::kill(::getpid(), SIGKILL);
+    }
+    WriteAll(fd, position, in, *fault == WriteFault::WritesShort ? count / 2 : 0, errorText);
+    errorText = SystemErrorText(*fault == WriteFault::Fails ? EIO : ENOSPC);
+    return false;
+}
+
+bool SyncFile(int fd, QString& errorText)
+{
+    while (::fdatasync(fd) != 0) {
+        if (errno != EINTR) {
+            errorText = SystemErrorText(errno);
+            return false;
+        }
+    }
+    return true;
+}
 
 bool OpenRomFile(RomFile& rom, const QString& fileName, QString& errorText)
 {
@@ -117,15 +144,10 @@ bool WriteRomBytes(RomFile& rom, int64_t position, const void* data, int64_t cou
         errorText = QStringLiteral("Cannot write before the start of the file.");
         return false;
     }
-    const auto* in = static_cast<const char*>(data);
-    int64_t bytesFirst = 0;
-    if (const int fault = TakeFault(count, bytesFirst)) {
-        WriteAll(rom.fd, position, in, bytesFirst, errorText);
-        errorText = SystemErrorText(fault);
-        return false;
-    }
-    return WriteAll(rom.fd, position, in, count, errorText);
+    return WriteFileAt(rom.fd, position, data, count, errorText);
 }
+
+bool SyncRom(const RomFile& rom, QString& errorText) { return SyncFile(rom.fd, errorText); }
 
 bool TruncateRom(RomFile& rom, int64_t length, QString& errorText)
 {

@@ -27,12 +27,20 @@ int64_t ReadRomBytes(const RomFile& rom, int64_t position, void* buffer, int64_t
 // is read-only, the position is negative, or the system refuses part of the write.
 bool WriteRomBytes(RomFile& rom, int64_t position, const void* data, int64_t count, QString& errorText);
 
-// Cuts the file back to length; only ever used to undo a write that made it longer.
+// Sets the file's length: cuts back what a change appended, or puts back what it cut.
 bool TruncateRom(RomFile& rom, int64_t length, QString& errorText);
 
-// A seam for tests: the nth call to WriteRomBytes from now on (1 for the next) fails,
-// having written nothing, or half its bytes first, or reporting a full disk.
-enum class WriteFault { Fails, WritesShort, DiskFull };
+// Flushes the image's written bytes to the disk (fdatasync).
+bool SyncRom(const RomFile& rom, QString& errorText);
+
+// Every write to the image and to its journal: all count bytes at position.
+bool WriteFileAt(int fd, int64_t position, const void* data, int64_t count, QString& errorText);
+bool SyncFile(int fd, QString& errorText);
+
+// A seam for tests: the nth write from now on (1 for the next) fails, having written
+// nothing, or half its bytes first, or reporting a full disk; or it is done whole and
+// the process is killed right after it.
+enum class WriteFault { Fails, WritesShort, DiskFull, KillsAfter };
 void InjectWriteFault(int nth, WriteFault fault);
 void ClearWriteFault();
 

@@ -240,7 +240,7 @@ private slots:
         const QByteArray before = f.RomBytes();
         const Palette palette = f.state.palettes[0];
         f.script.Answer(Reply::Ok, how == "cancel" ? QString() : QStringLiteral("FFFFFF"));
-        InjectWriteFault(how == "fault" ? 1 : 0, WriteFault::DiskFull);
+        InjectWriteFault(how == "fault" ? 3 : 0, WriteFault::DiskFull); // after the journal's two
         DoubleClickBox(f.session, 5);
         ClearWriteFault();
         if (how == "read-only")

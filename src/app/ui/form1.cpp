@@ -14,6 +14,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QStyleFactory>
 
@@ -164,6 +165,11 @@ void Form1::WireEvents()
         connect(twin.button, &QPushButton::clicked, s, twin.command);
         connect(twin.item, &QAction::triggered, s, twin.command);
     }
+    // Undo and redo are keys of the window, not menu items or controls.
+    for (const QKeySequence& keys : {QKeySequence(Qt::CTRL | Qt::Key_Z)})
+        connect(new QShortcut(keys, this), &QShortcut::activated, s, &EditorSession::Undo);
+    for (const QKeySequence& keys : {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)})
+        connect(new QShortcut(keys, this), &QShortcut::activated, s, &EditorSession::Redo);
     Picture1->onMouseDown = [s](QPoint) { s->PressCanvas(); };
     Picture1->onMouseMove = [s](QPoint p) { s->MoveOnCanvas(p); };
     Picture1->onMouseUp = [s](QPoint) { s->ReleaseCanvas(); };

@@ -1,0 +1,197 @@
+// Undo and redo: every write to the image as a journaled change, and every stroke,
+// "Clr" and pasted section as the parts of the pictures it changed.
+#include "app/editor_session.h"
+#include "rom/rom_open.h"
+
+#include <map>
+
+namespace {
+struct CatalogueCopy {
+    std::array<ArtTable, kArtTableRecords> tables;
+    std::array<Palette, kPaletteRecords> palettes;
+};
+
+bool Same(const ArtTable& a, const ArtTable& b) { return a.position == b.position && a.pointers == b.pointers; }
+bool Same(const Palette& a, const Palette& b) { return a.position == b.position && a.colors == b.colors; }
+
+CatalogueChange Difference(const CatalogueCopy& before, const EditorState& after)
+{
+    CatalogueChange change;
+    for (int i = 0; i < kArtTableRecords; ++i)
+        if (!Same(before.tables[size_t(i)], after.artTables[size_t(i)]))
+            change.tables.push_back({i, {before.tables[size_t(i)], after.artTables[size_t(i)]}});
+    for (int i = 0; i < kPaletteRecords; ++i)
+        if (!Same(before.palettes[size_t(i)], after.palettes[size_t(i)]))
+            change.palettes.push_back({i, {before.palettes[size_t(i)], after.palettes[size_t(i)]}});
+    return change;
+}
+
+// The bytes the image holds after the patches, later ones over earlier ones.
+std::map<int64_t, char> Overlay(const std::vector<RomPatch>& patches)
+{
+    std::map<int64_t, char> bytes;
+    for (const RomPatch& patch : patches)
+        for (qsizetype i = 0; i < patch.bytes.size(); ++i)
+            bytes[patch.position + i] = patch.bytes[i];
+    return bytes;
+}
+
+// Whether the image is still as a step left it (or found it): nothing else changed it.
+bool ImageHolds(const RomFile& rom, const std::vector<RomPatch>& patches, int64_t length)
+{
+    if (RomLength(rom) != length)
+        return false;
+    for (const auto& [position, byte] : Overlay(patches)) {
+        char there = 0;
+        if (position < length && (ReadRomBytes(rom, position, &there, 1) != 1 || there != byte))
+            return false;
+    }
+    return true;
+}
+
+qsizetype PictureBytes(const HistoryStep& step)
+{
+    const auto* canvas = std::get_if<CanvasStep>(&step);
+    return canvas ? canvas->canvasBefore.sizeInBytes() * 2 + canvas->previewBefore.sizeInBytes() * 2 : 0;
+}
+
+void PutBack(PictureSurface& surface, const QRect& rect, const QImage& part)
+{
+    for (int y = 0; y < part.height(); ++y)
+        std::copy_n(reinterpret_cast<const QRgb*>(part.constScanLine(y)), part.width(),
+                    reinterpret_cast<QRgb*>(surface.image.scanLine(rect.top() + y)) + rect.left());
+}
+}
+
+bool EditorSession::ChangeImage(const QString& command, const std::vector<RomPatch>& patches,
+                                const std::function<void()>& applyToCatalogue, AfterReplay after, QString& errorText)
+{
+    ImageStep step{command, patches, 0, {}, {}, after};
+    const CatalogueCopy before{state.artTables, state.palettes};
+    if (!CommitChange(state.journal, state.romFile, command, patches, -1, step.entry, errorText))
+        return false;
+    step.lengthAfter = RomLength(state.romFile);
+    applyToCatalogue();
+    step.catalogue = Difference(before, state);
+    Remember(std::move(step));
+    return true;
+}
+
+void EditorSession::Remember(HistoryStep step)
+{
+    EditHistory& history = state.history;
+    history.undone.clear();
+    history.done.push_back(std::move(step));
+    qsizetype pictureBytes = 0;
+    for (const HistoryStep& kept : history.done)
+        pictureBytes += PictureBytes(kept);
+    while (history.done.size() > size_t(kMaxHistorySteps) || pictureBytes > kMaxHistoryPictureBytes) {
+        pictureBytes -= PictureBytes(history.done.front());
+        history.done.erase(history.done.begin());
+    }
+}
+
+// Once the pictures are redrawn from the image, no painting step applies to them.
+void EditorSession::ForgetPainting()
+{
+    state.strokeBefore = CanvasStep{};
+    for (std::vector<HistoryStep>* steps : {&state.history.done, &state.history.undone})
+        std::erase_if(*steps, [](const HistoryStep& step) { return std::holds_alternative<CanvasStep>(step); });
+}
+
+// The pictures as they are, shared until they are drawn on; the parts that change are
+// added to the step's rectangles as they change.
+void EditorSession::BeginCanvasStep()
+{
+    state.strokeBefore = CanvasStep{{}, {}, state.canvas.image, {}, state.preview.image, {}};
+}
+
+void EditorSession::EndCanvasStep()
+{
+    CanvasStep step = std::exchange(state.strokeBefore, CanvasStep{});
+    if (step.canvasBefore.isNull() || (step.canvasRect.isEmpty() && step.previewRect.isEmpty()))
+        return;
+    step.canvasBefore = step.canvasBefore.copy(step.canvasRect);
+    step.previewBefore = step.previewBefore.copy(step.previewRect);
+    step.canvasAfter = state.canvas.image.copy(step.canvasRect);
+    step.previewAfter = state.preview.image.copy(step.previewRect);
+    Remember(std::move(step));
+}
+
+void EditorSession::ChangeWholePictures(const std::function<void()>& change)
+{
+    BeginCanvasStep();
+    change();
+    state.strokeBefore.canvasRect = state.canvas.image.rect();
+    state.strokeBefore.previewRect = state.preview.image.rect();
+    ShowAllPictures();
+    EndCanvasStep();
+}
+
+void EditorSession::ShowCatalogueChange(const ImageStep& step)
+{
+    if (step.after == AfterReplay::RereadTables)
+        ReadArtTables(state.romFile, state.readPosition, state.artTables, 7);
+    FillArtLists(state.frameRow);
+    if (step.after == AfterReplay::RedrawFrame)
+        RefreshView();
+}
+
+bool EditorSession::ReplayImageStep(const ImageStep& step, bool forward)
+{
+    const std::vector<RomPatch> restoring = RestoringPatches(step.entry);
+    const bool untouched = forward ? ImageHolds(state.romFile, restoring, step.entry.oldLength)
+                                   : ImageHolds(state.romFile, step.patches, step.lengthAfter);
+    QString errorText = QStringLiteral("the image was changed since, outside this editor.");
+    JournalEntry entry;
+    if (!state.romFile.writable || !untouched
+        || !CommitChange(state.journal, state.romFile, (forward ? QStringLiteral("redo ") : QStringLiteral("undo ")) + step.command,
+                         forward ? step.patches : restoring, forward ? step.lengthAfter : step.entry.oldLength, entry, errorText)) {
+        Refuse(prompter, QStringLiteral("The %1 was not %2: %3").arg(step.command, forward ? "redone" : "undone", errorText));
+        return false;
+    }
+    for (const auto& [i, tables] : step.catalogue.tables)
+        state.artTables[size_t(i)] = forward ? tables.second : tables.first;
+    for (const auto& [i, palettes] : step.catalogue.palettes)
+        state.palettes[size_t(i)] = forward ? palettes.second : palettes.first;
+    ShowCatalogueChange(step);
+    return true;
+}
+
+void EditorSession::Undo()
+{
+    std::vector<HistoryStep>& done = state.history.done;
+    if (done.empty())
+        return;
+    HistoryStep step = done.back();
+    if (const auto* image = std::get_if<ImageStep>(&step)) {
+        if (!ReplayImageStep(*image, false))
+            return;
+    } else {
+        const CanvasStep& canvas = std::get<CanvasStep>(step);
+        PutBack(state.canvas, canvas.canvasRect, canvas.canvasBefore);
+        PutBack(state.preview, canvas.previewRect, canvas.previewBefore);
+        emit picturesChanged(canvas.canvasRect, canvas.previewRect);
+    }
+    done.pop_back(); // a redraw in the replay forgets the painting steps below, not this one
+    state.history.undone.push_back(std::move(step));
+}
+
+void EditorSession::Redo()
+{
+    std::vector<HistoryStep>& undone = state.history.undone;
+    if (undone.empty())
+        return;
+    HistoryStep step = undone.back();
+    if (const auto* image = std::get_if<ImageStep>(&step)) {
+        if (!ReplayImageStep(*image, true))
+            return;
+    } else {
+        const CanvasStep& canvas = std::get<CanvasStep>(step);
+        PutBack(state.canvas, canvas.canvasRect, canvas.canvasAfter);
+        PutBack(state.preview, canvas.previewRect, canvas.previewAfter);
+        emit picturesChanged(canvas.canvasRect, canvas.previewRect);
+    }
+    undone.pop_back();
+    state.history.done.push_back(std::move(step));
+}
