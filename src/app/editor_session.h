@@ -69,6 +69,10 @@ public:
     bool ReplacePalette(int n, const Palette& edited, const QString& failureText, const QString& command,
                         AfterReplay after = AfterReplay::Nothing);
 
+    // Puts the image back as it was before the nth change its journal keeps (from 1),
+    // byte for byte and in length, as a new change. Refused with a message otherwise.
+    bool RevertToBefore(int n);
+
 signals:
     void listsChanged();                                      // lines or selected lines
     void picturesChanged(QRect canvasRect, QRect previewRect); // drawing-area rectangles

@@ -195,3 +195,23 @@ void EditorSession::Redo()
     undone.pop_back();
     state.history.done.push_back(std::move(step));
 }
+
+bool EditorSession::RevertToBefore(int n)
+{
+    std::vector<JournalEntry> done = ReadJournalFile(JournalPathFor(state.romFile.fileName));
+    std::erase_if(done, [](const JournalEntry& entry) { return entry.state != ChangeState::Done; });
+    QString errorText = QStringLiteral("the journal of %1 keeps %2 changes; there is no change %3.")
+                            .arg(state.romFile.fileName).arg(done.size()).arg(n);
+    JournalEntry entry;
+    if (n < 1 || n > int(done.size())
+        || !CommitChange(state.journal, state.romFile, QStringLiteral("revert to before change %1").arg(n),
+                         RevertingPatches(done, n), done[size_t(n - 1)].oldLength, entry, errorText)) {
+        Refuse(prompter, QStringLiteral("Nothing was reverted: %1").arg(errorText));
+        return false;
+    }
+    ReadArtTables(state.romFile, state.readPosition, state.artTables, kArtTableCount);
+    ReadPalettes(state.romFile, state.readPosition, state.palettes);
+    state.history = EditHistory{};
+    FillArtLists(state.frameRow);
+    return true;
+}

@@ -15,6 +15,8 @@ int RunTables(const QStringList& args);
 int RunRip(const QStringList& args);
 int RunInsert(const QStringList& args);
 int RunPalette(const QStringList& args);
+int RunHistory(const QStringList& args);
+int RunRevert(const QStringList& args);
 
 // "zelvane-art: text" on stderr, on one line; gives kRefused.
 int Fail(const QString& text);

@@ -22,6 +22,10 @@ const char* const kUsageText =
     "  palette import ROM TABLE FILE\n"
     "      Write a table's palette to FILE, or take its colours from FILE\n"
     "      (.gpl, .act, .tpl, or an indexed .png or .bmp).\n"
+    "  history ROM\n"
+    "      List the changes made to the image, as its journal keeps them.\n"
+    "  revert ROM N\n"
+    "      Put the image back as it was before change N of its history.\n"
     "\n"
     "TABLE, SLOT and N are decimal; HEX is hexadecimal. Every command takes --help.\n"
     "\n"
@@ -53,7 +57,8 @@ int main(int argc, char** argv)
         return kDone;
     }
     const QList<std::pair<QString, int (*)(const QStringList&)>> commands = {
-        {"tables", RunTables}, {"rip", RunRip}, {"insert", RunInsert}, {"palette", RunPalette}};
+        {"tables", RunTables}, {"rip", RunRip},         {"insert", RunInsert},
+        {"palette", RunPalette}, {"history", RunHistory}, {"revert", RunRevert}};
     for (const auto& [name, run] : commands)
         if (command == name)
             return run(args);

@@ -3,8 +3,6 @@
 #include "palette/color_match.h"
 #include "view/frame_drawing.h"
 
-#include <QDir>
-#include <QSaveFile>
 #include <algorithm>
 
 namespace {
@@ -73,15 +71,4 @@ QByteArray TplPaletteBytes(const Palette& palette)
     }
     bytes.append(QByteArray((kTplColors - 16) * 3, '\0'));
     return bytes;
-}
-
-bool WriteWholeFile(const QString& fileName, const QByteArray& bytes, QString& errorText)
-{
-    // Written beside the file and renamed over it, so a failure leaves the old file.
-    QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
-        return true;
-    errorText =
-        QStringLiteral("Could not write \"%1\": %2").arg(QDir::toNativeSeparators(fileName), file.errorString());
-    return false;
 }

@@ -1,6 +1,7 @@
 #pragma once
 // Uncompressed art (8 x 8 tiles of 4-bit palette indices) and TPL palette files.
 #include "palette/palette.h"
+#include "exchange/whole_file.h"
 #include "view/picture_surface.h"
 
 #include <QByteArray>
@@ -19,6 +20,3 @@ uint8_t TplComponent(int fiveBit);
 // 772 bytes: "TPL", type 0, slots 0-15 as red, green, blue, then 240 black colours.
 QByteArray TplPaletteBytes(const Palette& palette);
 
-// Replaces the file with exactly these bytes, or leaves it as it was and fills
-// errorText with the file's name and the reason.
-bool WriteWholeFile(const QString& fileName, const QByteArray& bytes, QString& errorText);
