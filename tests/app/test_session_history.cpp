@@ -1,0 +1,156 @@
+// Undo and redo, and what random sequences of commands do to the image: only the ranges
+// the journal records change, the journal holds what was there, and undoing every step
+// (or reverting to before the first change) gives the original image back.
+#include "exchange/bitmap_fixtures.h"
+#include "session_fixture.h"
+
+#include <QtTest>
+#include <random>
+
+namespace {
+constexpr int kPalette1 = 0x22923E;
+
+void EditColor(SessionFixture& f, int box, const QString& typed)
+{
+    f.script.Answer(Reply::Ok, typed);
+    f.session.PressWindowSurface(PalboxRect(box).center());
+    f.session.DoubleClickWindowSurface();
+}
+
+std::vector<JournalEntry> JournalOf(const SessionFixture& f) { return ReadJournalFile(f.romPath + ".zelvane-journal"); }
+
+// One command picked at random, with random answers to its questions.
+void RandomCommand(SessionFixture& f, std::mt19937& random, const QString& bitmap)
+{
+    auto pick = [&random](int n) { return int(random() % uint32_t(n)); };
+    const int64_t length = FileBytes(f.romPath).size();
+    switch (pick(9)) {
+    case 0: f.session.SelectArtEntry(pick(14)); break;
+    case 1: f.session.SelectFrame(pick(int(f.state.frameLines.size()))); break;
+    case 2: f.session.PressWindowSurface(PalboxRect(pick(16)).center()), f.Stroke({pick(245), pick(205)}); break;
+    case 3: EditColor(f, pick(16), pick(4) ? QString::number(random() & 0xFFFFFF, 16) : QString()); break;
+    case 4: f.script.Answer(Reply::Ok, bitmap).Answer(pick(2) ? Reply::Yes : Reply::No), f.session.ImportBitmap(), f.session.CopySection(); break;
+    case 5: f.script.Answer(Reply(pick(3) + 1)).Answer(Reply::Ok, QString::number(pick(int(length) + 64), 16)); f.session.SaveArt(); break;
+    case 6: f.session.ClearPictures(); break;
+    case 7: f.session.Undo(); break;
+    default: f.session.Redo(); break;
+    }
+}
+
+// The bytes that differ, and a change of length, lie in the journal's last new change,
+// whose old bytes are what the image held there.
+void CheckOnlyJournaledBytesChanged(const QByteArray& before, const QByteArray& after, const std::vector<JournalEntry>& added)
+{
+    QVERIFY(added.size() <= 1);
+    std::vector<bool> allowed(size_t(std::max(before.size(), after.size())), false);
+    for (const JournalEntry& entry : added) {
+        QCOMPARE(entry.state, ChangeState::Done);
+        QCOMPARE(entry.oldLength, int64_t(before.size()));
+        for (const JournalRange& range : entry.ranges) {
+            QCOMPARE(range.oldBytes, before.mid(qsizetype(range.position), range.oldBytes.size()));
+            for (int64_t i = range.position; i < std::min<int64_t>(range.position + range.length, int64_t(allowed.size())); ++i)
+                allowed[size_t(i)] = true;
+        }
+    }
+    for (qsizetype i = 0; i < qsizetype(allowed.size()); ++i)
+        if (!allowed[size_t(i)] && (i >= before.size() || i >= after.size() || before[i] != after[i]))
+            QFAIL(qPrintable(QStringLiteral("byte %1 changed outside the journaled ranges").arg(i, 0, 16)));
+}
+}
+
+class TestSessionHistory : public QObject {
+    Q_OBJECT
+private slots:
+    void undoAndRedo()
+    {
+        SessionFixture f;
+        f.Show(1, 1);
+        const QByteArray original = f.RomBytes();
+        const QImage shown = f.state.preview.image;
+        f.Stroke({10, 10});
+        const QImage painted = f.state.preview.image;
+        EditColor(f, 3, "FF"); // reads the frame anew: the stroke is gone, and no longer undoable
+        const QByteArray edited = f.RomBytes();
+        const QImage redrawn = f.state.preview.image;
+        f.Stroke({20, 20});
+        f.session.ClearPictures();
+        f.script.Answer(Reply::Yes);
+        f.session.SaveArt();
+        const QByteArray saved = f.RomBytes();
+        f.script.asked.clear();
+
+        f.session.Undo(); // the save: length and entry back, the cleared pictures stay
+        QCOMPARE(f.RomBytes(), edited);
+        QCOMPARE(f.state.artTables[1].pointers[1], int32_t(BigEndian32(reinterpret_cast<const uint8_t*>(original.constData()) + 0xB18C0) - kCartridgeBase));
+        f.session.Undo(); // Clr
+        f.session.Undo(); // the second stroke
+        QCOMPARE(f.state.preview.image, redrawn);
+        f.session.Undo(); // the palette edit, drawn in the old colour again
+        QCOMPARE(f.RomBytes(), original);
+        QCOMPARE(f.state.palettes[1].colors[3], ConsoleColor(uint8_t(original[kPalette1 + 4]) << 8 | uint8_t(original[kPalette1 + 5])));
+        f.session.Undo(); // nothing left: the first stroke went with the redraw
+        QCOMPARE(f.state.preview.image, shown);
+        QVERIFY(painted != shown);
+
+        f.session.Redo();
+        QCOMPARE(f.state.palettes[1].colors[3], ConsoleColor(0x001F));
+        for (int i = 0; i < 4; ++i)
+            f.session.Redo();
+        QCOMPARE(f.RomBytes(), saved);
+        QVERIFY(f.script.asked.isEmpty()); // undo and redo ask nothing
+    }
+
+    void undoRefusedAfterAChangeElsewhere()
+    {
+        SessionFixture f;
+        f.Show(0);
+        EditColor(f, 2, "FFFF");
+        QByteArray changed = f.RomBytes();
+        changed[kPalette1] = 'x'; // another program wrote the palette meanwhile
+        changed[0x22921A + 2] = 'x';
+        WriteFileBytes(f.romPath, changed);
+        f.script.asked.clear();
+        f.session.Undo();
+        QCOMPARE(f.script.asked, QStringList{"(x) message ZOMG ERROR!!!1: The palette edit was not undone: the image was "
+                                             "changed since, outside this editor."});
+        QCOMPARE(f.RomBytes(), changed);
+    }
+
+    void randomCommands_data()
+    {
+        QTest::addColumn<uint>("seed");
+        for (uint seed : {1u, 2u, 3u, 4u})
+            QTest::addRow("seed %u", seed) << seed;
+    }
+
+    void randomCommands()
+    {
+        QFETCH(uint, seed);
+        SessionFixture f;
+        std::vector<int> indices(8 * 6);
+        for (size_t i = 0; i < indices.size(); ++i)
+            indices[i] = int(i % 16);
+        const QString bitmap = f.dir.filePath("in.bmp");
+        WriteFileBytes(bitmap, FourBitBitmap(SixteenColors(), 8, 6, indices, BmpRows::BottomUp));
+        f.Show(1);
+        const QByteArray original = f.RomBytes();
+        std::mt19937 random(seed);
+        for (int step = 0; step < 60; ++step) {
+            const QByteArray before = f.RomBytes();
+            const size_t journaled = JournalOf(f).size();
+            RandomCommand(f, random, bitmap);
+            const std::vector<JournalEntry> entries = JournalOf(f);
+            CheckOnlyJournaledBytesChanged(before, f.RomBytes(), {entries.begin() + qsizetype(journaled), entries.end()});
+        }
+        for (int undo = 0; undo < 200 && !f.state.history.done.empty(); ++undo)
+            f.session.Undo();
+        QCOMPARE(f.RomBytes(), original);
+        for (int redo = 0; redo < 200 && !f.state.history.undone.empty(); ++redo)
+            f.session.Redo();
+        QVERIFY(f.session.RevertToBefore(1));
+        QCOMPARE(f.RomBytes(), original);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSessionHistory)
+#include "test_session_history.moc"
