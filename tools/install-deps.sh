@@ -1,11 +1,16 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the editor needs (and, with "test", what the tests
-# and benchmarks need). Without the right to install, prints the apt line instead.
+# Installs the Debian packages the editor needs (and, with "test", what the tests and
+# benchmarks need; with "fuzz", clang and libFuzzer). Without the right to install,
+# prints the apt line instead.
 set -euo pipefail
 
 packages=(g++ make cmake qt6-base-dev libgl-dev fonts-dejavu-core help2man)
 if [ "${1:-}" = test ]; then
   packages+=(libbenchmark-dev imagemagick)
+fi
+if [ "${1:-}" = fuzz ]; then
+  # libFuzzer's runtime is only a Recommends of clang.
+  packages+=(clang libclang-rt-14-dev)
 fi
 
 missing=()

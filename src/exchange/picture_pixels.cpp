@@ -36,12 +36,13 @@ bool LoadPng(const QString& fileName, QImage& picture, QString& errorText)
     return true;
 }
 
+// A file may use indices its own colour table lacks; those are refused, not looked up.
 int IndexedCell(const QImage& picture, int x, int y, int& badIndex)
 {
     const int index = picture.pixelIndex(x, y);
-    if (qAlpha(picture.color(index)) == 0)
+    if (index < picture.colorCount() && qAlpha(picture.color(index)) == 0)
         return kNoPixel;
-    if (index > kLastDrawnValue)
+    if (index >= picture.colorCount() || index > kLastDrawnValue)
         badIndex = index;
     return index;
 }
@@ -89,7 +90,8 @@ std::optional<PixelGrid> PicturePixels(const QImage& picture, const Palette& pal
             grid.At(x, y) = indexed ? IndexedCell(source, x, y, badIndex) : MatchedCell(source.pixel(x, y), palette, match);
     if (badIndex < 0)
         return grid;
-    errorText = QStringLiteral("the picture uses colour index %1; a frame holds indices 0 to %2")
-                    .arg(badIndex).arg(kLastDrawnValue);
+    errorText = QStringLiteral("the picture uses colour index %1; a frame holds indices 0 to %2, and the picture's own "
+                               "colour table has %3")
+                    .arg(badIndex).arg(kLastDrawnValue).arg(picture.colorCount());
     return std::nullopt;
 }

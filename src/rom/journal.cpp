@@ -17,6 +17,7 @@ namespace {
 const QByteArray kMagic = QByteArrayLiteral("ZELVANE JOURNAL\n");
 enum Kind : uint8_t { kBegin = 1, kDone = 2, kRolledBack = 3 };
 constexpr int kRecordHead = 8; // payload length and its CRC-32
+constexpr int64_t kMaxPosition = int64_t(1) << 48; // far past any image, and far from overflowing
 
 uint32_t Crc32(const QByteArray& bytes)
 {
@@ -98,11 +99,12 @@ std::optional<JournalEntry> ParseBegin(Reader& in)
         range.position = in.Number<qint64>();
         range.length = in.Number<qint64>();
         range.oldBytes = in.Bytes(in.Number<uint32_t>());
-        if (range.position < 0 || range.length < range.oldBytes.size())
+        if (range.position < 0 || range.position > kMaxPosition || range.length < range.oldBytes.size()
+            || range.length > kMaxPosition)
             return std::nullopt;
         entry.ranges.push_back(range);
     }
-    if (!in.ok || entry.oldLength < 0 || in.at != in.bytes.size())
+    if (!in.ok || entry.oldLength < 0 || entry.oldLength > kMaxPosition || in.at != in.bytes.size())
         return std::nullopt;
     return entry;
 }

@@ -1,5 +1,6 @@
 // zelvane-art run as a process on generated images: rip and insert round trips, the
 // same bytes as the editor, and refusals that write nothing and say so in one line.
+#include "exchange/bitmap_fixtures.h"
 #include "session_fixture.h"
 
 #include <QJsonArray>
@@ -160,6 +161,7 @@ private slots:
         QTest::addColumn<QString>("said");
         QTest::newRow("not a picture") << QStringList{"insert", "ROM", "0", "0", "DIR/bad.png", "--append"} << 1 << "bad.png: not a PNG";
         QTest::newRow("101 runs") << QStringList{"insert", "ROM", "0", "0", "DIR/runs.png", "--append"} << 1 << "more than 100 runs";
+        QTest::newRow("index beyond its colours") << QStringList{"insert", "ROM", "0", "0", "DIR/short.bmp", "--append"} << 1 << "own colour table has 1";
         QTest::newRow("slot not listed") << QStringList{"insert", "ROM", "4", "4", "DIR/ok.png", "--append"} << 1 << "table 4 lists no slot 4";
         QTest::newRow("beyond the end") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--at", "0x300000"} << 1 << "lies beyond the end";
         QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";
@@ -183,6 +185,9 @@ private slots:
             runs.setPixel(x, 0, qRgb(0, 0, 0));
         QVERIFY(ok.save(dir.filePath("ok.png")) && runs.save(dir.filePath("runs.png")));
         WriteFileBytes(dir.filePath("bad.png"), "\x89PNG\r\n\x1A\nnot really");
+        QByteArray shortTable = FourBitBitmap(SixteenColors(), 4, 2, {0, 1, 2, 3, 4, 5, 1, 1}, BmpRows::BottomUp);
+        SetField(shortTable, 46, 1, 4); // one colour in use, as a fuzzed bitmap declared
+        WriteFileBytes(dir.filePath("short.bmp"), shortTable);
         const bool full = QString(QTest::currentDataTag()) == "full disk";
         if (full && (!QDir().mkpath(dir.filePath("full")) || ::mount("tmpfs", QFile::encodeName(dir.filePath("full")), "tmpfs", 0, "size=16k")))
             QSKIP("mounting a small tmpfs needs root");
