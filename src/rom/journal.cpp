@@ -259,7 +259,9 @@ QString JournalPathFor(const QString& imagePath)
 std::vector<JournalEntry> ReadJournalFile(const QString& journalPath)
 {
     QFile file(journalPath);
-    return file.open(QIODevice::ReadOnly) ? ParseJournal(file.readAll()) : std::vector<JournalEntry>{};
+    if (journalPath.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return {};
+    return ParseJournal(file.readAll());
 }
 
 void CloseJournal(Journal& journal)
