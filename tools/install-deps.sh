@@ -1,12 +1,16 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the editor needs (and, with "test", what the tests and
-# benchmarks need; with "fuzz", clang and libFuzzer). Without the right to install,
-# prints the apt line instead.
+# Installs the Debian packages the editor needs to build, install and package (and,
+# with "test", what the tests and benchmarks need; with "fuzz", clang and libFuzzer;
+# with "guide", an X server for the screenshots). Without the right to install, prints
+# the apt line instead.
 set -euo pipefail
 
-packages=(g++ make cmake qt6-base-dev libgl-dev fonts-dejavu-core help2man)
+packages=(g++ make cmake qt6-base-dev libgl-dev fonts-dejavu-core help2man desktop-file-utils appstream file dpkg-dev)
 if [ "${1:-}" = test ]; then
   packages+=(libbenchmark-dev imagemagick)
+fi
+if [ "${1:-}" = guide ]; then
+  packages+=(xvfb)
 fi
 if [ "${1:-}" = fuzz ]; then
   # libFuzzer's runtime is only a Recommends of clang.

@@ -1,9 +1,9 @@
 #include "app/ui/about_box.h"
 
-#include <QApplication>
+#include "view/app_icon.h"
+
 #include <QLabel>
 #include <QPushButton>
-#include <QStyle>
 
 FrmAbout::FrmAbout(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint)
@@ -16,9 +16,7 @@ FrmAbout::FrmAbout(QWidget* parent)
     auto* picIcon = new QLabel(this);
     picIcon->setObjectName(QStringLiteral("picIcon"));
     picIcon->setGeometry(16, 16, 36, 36);
-    picIcon->setPixmap(QApplication::windowIcon().isNull()
-                           ? style()->standardIcon(QStyle::SP_DesktopIcon).pixmap(32, 32)
-                           : QApplication::windowIcon().pixmap(32, 32));
+    picIcon->setPixmap(QPixmap::fromImage(AppIconImage(32)));
 
     auto* lblTitle = new QLabel(QStringLiteral("Brennals' Tessik Zelvane Art Editor"), this);
     lblTitle->setObjectName(QStringLiteral("lblTitle"));

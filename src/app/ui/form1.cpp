@@ -6,9 +6,13 @@
 #include "app/ui/wrap_button.h"
 #include "exchange/ui/section_dialog.h"
 #include "rom/ui/list_box.h"
+#include "view/app_icon.h"
 #include "view/ui/picture_box.h"
 
 #include <QCloseEvent>
+#include <QMimeData>
+#include <QTimer>
+#include <QUrl>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -29,6 +33,11 @@ void StyleApplication(QApplication& app)
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPixelSize(10);
     app.setFont(font);
+    QIcon icon;
+    for (int size : {16, 32, 48, 64, 128, 256})
+        icon.addPixmap(QPixmap::fromImage(AppIconImage(size)));
+    app.setWindowIcon(icon);
+    app.setDesktopFileName(QStringLiteral("net.zelvane.ArtEditor"));
 }
 
 namespace {
@@ -65,8 +74,37 @@ Form1::Form1() : prompter(WindowPrompter(this)), session(prompter)
     BuildControls();
     BuildMenus();
     setFixedSize(kClientWidth, kClientHeight + menuBar()->sizeHint().height());
+    setAcceptDrops(true);
     WireEvents();
     WireSession();
+}
+
+void Form1::OpenLater(const QString& fileName)
+{
+    QTimer::singleShot(0, this, [this, fileName] { session.OpenFile(fileName); });
+}
+
+namespace {
+QString DroppedFile(const QMimeData* data)
+{
+    const QList<QUrl> urls = data->urls();
+    return urls.size() == 1 && urls.first().isLocalFile() ? urls.first().toLocalFile() : QString();
+}
+}
+
+void Form1::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!DroppedFile(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void Form1::dropEvent(QDropEvent* event)
+{
+    const QString fileName = DroppedFile(event->mimeData());
+    if (fileName.isEmpty())
+        return;
+    event->acceptProposedAction();
+    OpenLater(fileName);
 }
 
 void Form1::BuildControls()

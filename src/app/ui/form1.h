@@ -26,6 +26,9 @@ class Form1 : public QMainWindow {
 public:
     Form1();
 
+    // Opens fileName as "Open Zelvane Rom" would, once the current event is over.
+    void OpenLater(const QString& fileName);
+
     Prompter prompter;
     EditorSession session;
 
@@ -67,6 +70,9 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    // A file dropped on the window opens as one chosen in the open dialog.
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void BuildControls();

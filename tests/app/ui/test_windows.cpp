@@ -141,6 +141,25 @@ private slots:
         QCOMPARE(e.form.sectionDialog->Slider1->value(), 0);
         QVERIFY(e.driver.unexpected.isEmpty());
     }
+
+    // Run with QT_SCALE_FACTOR=2: everything doubles, and the pointer still hits the
+    // pixel and the palette box under it.
+    void atScaleTwo()
+    {
+        Editor e;
+        if (e.form.devicePixelRatio() != 2)
+            QSKIP("runs under QT_SCALE_FACTOR=2");
+        e.Show(1, 0);
+        QTest::mousePress(e.form.surface, Qt::LeftButton, {}, PalboxRect(5).center());
+        QCOMPARE(e.state.currentColor, int16_t(5));
+        e.Stroke({12, 13});
+        const QRgb painted = ScreenToRgb(ConsoleToScreen(e.state.palettes[1], 5, kPictureBackground));
+        QCOMPARE(e.PreviewPixel(2, 3), painted);
+        // The block of image pixel (2, 3) at zoom 5, in device pixels, twice its place.
+        const QImage shown = e.form.Picture1->grab().toImage();
+        QCOMPARE(shown.size(), 2 * e.form.Picture1->size());
+        QCOMPARE(shown.pixel(2 * (PictureBox::kBorder + 10) + 3, 2 * (PictureBox::kBorder + 15) + 3), painted);
+    }
 };
 
 int main(int argc, char** argv)
