@@ -10,7 +10,7 @@ if [ "${1:-}" = test ]; then
   packages+=(libbenchmark-dev imagemagick)
 fi
 if [ "${1:-}" = guide ]; then
-  packages+=(xvfb)
+  packages+=(xvfb imagemagick)
 fi
 if [ "${1:-}" = fuzz ]; then
   # libFuzzer's runtime is only a Recommends of clang.
