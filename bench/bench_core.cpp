@@ -201,12 +201,14 @@ void BM_EncodeAndWriteFullPreview(benchmark::State& state)
         ArtFrame& frame = w.frame;
         frame.right = kPreviewWidth - 1;
         frame.bottom = kPreviewHeight - 1;
-        if (EncodeFrame(frame, w.preview.image, palette, kPictureBackground) != FrameFit::Fits
-            || !WriteFrame(w.scratch, w.readPosition, frame, int32_t(end), error)) {
+        const QByteArray bytes = EncodeFrame(frame, w.preview.image, palette, kPictureBackground) == FrameFit::Fits
+                                     ? FrameBytes(frame)
+                                     : QByteArray();
+        if (bytes.isEmpty() || !WriteRomBytes(w.scratch, end, bytes.constData(), bytes.size(), error)) {
             state.SkipWithError("the preview could not be saved");
             break;
         }
-        end = w.readPosition + 2;
+        end += bytes.size();
         if (++saves % 256 == 0) { // keep the scratch file small
             state.PauseTiming();
             if (::ftruncate(w.scratch.fd, kScratchLength) != 0)

@@ -136,13 +136,3 @@ QByteArray FrameBytes(ArtFrame& frame)
     put(0); put(0);
     return bytes;
 }
-
-bool WriteFrame(RomFile& rom, int32_t& readPosition, ArtFrame& frame, int32_t offset, QString& errorText)
-{
-    const QByteArray bytes = FrameBytes(frame);
-    readPosition = offset;
-    if (!WriteRomBytes(rom, offset, bytes.constData(), bytes.size(), errorText))
-        return false;
-    readPosition = int32_t(uint32_t(offset) + uint32_t(bytes.size() - 2));
-    return true;
-}

@@ -26,5 +26,3 @@ FrameFit EncodeFrame(ArtFrame& frame, const QImage& image, const Palette& palett
 // The frame's bytes; odd lines gain an index-0 pixel, in the record too.
 QByteArray FrameBytes(ArtFrame& frame);
 
-// Writes FrameBytes at offset and leaves readPosition at the terminator.
-bool WriteFrame(RomFile& rom, int32_t& readPosition, ArtFrame& frame, int32_t offset, QString& errorText);

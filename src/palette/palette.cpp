@@ -29,12 +29,3 @@ RomPatch PalettePatch(const Palette& palette)
         PutBigEndian16(reinterpret_cast<uint8_t*>(bytes.data()) + (slot - 1) * 2, palette.colors[size_t(slot)]);
     return {palette.position, bytes};
 }
-
-bool WritePalette(RomFile& rom, int32_t& readPosition, const Palette& palette, QString& errorText)
-{
-    readPosition = palette.position;
-    if (!WriteOrRestore(rom, {PalettePatch(palette)}, errorText))
-        return false;
-    readPosition = int32_t(uint32_t(palette.position) + kPaletteBytes);
-    return true;
-}

@@ -23,9 +23,6 @@ ScreenColor ConsoleToScreen(const Palette& palette, int slot, ScreenColor transp
 // read as zero; the result says whether all 30 were there.
 bool ReadPalette(const RomFile& rom, int32_t& readPosition, Palette& palette, int32_t position);
 
-// Slots 1-15 as the image stores them, at the record's position.
+// Writing the palette back: slots 1-15 as the image stores them, at the record's
+// position (the session writes it through the journal).
 RomPatch PalettePatch(const Palette& palette);
-
-// Writes slots 1-15 back in place, or leaves the image as it was. False (with
-// errorText) when the image refuses.
-bool WritePalette(RomFile& rom, int32_t& readPosition, const Palette& palette, QString& errorText);

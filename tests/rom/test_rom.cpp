@@ -2,7 +2,6 @@
 #include "library_fixture.h"
 #include "rom/art_lists.h"
 #include "rom/rom_open.h"
-#include "rom/rom_patch.h"
 
 #include <QtTest>
 
@@ -126,11 +125,6 @@ private slots:
         QVERIFY(!WriteRomBytes(t.rom, -1, bytes, 3, t.error));
         QCOMPARE(RomLength(t.rom), 13);
         QCOMPARE(t.Bytes(), QByteArray("\x00\x11\x22\x33\xA1\xA2\xA3\x77\x88\x99\xA1\xA2\xA3", 13));
-        // A change that fails part way is put back whole, and a file it grew cut back.
-        const QByteArray kept = t.Bytes();
-        InjectWriteFault(2, WriteFault::WritesShort);
-        QVERIFY(!WriteOrRestore(t.rom, {{1, "xy"}, {12, "abcdef"}}, t.error));
-        QCOMPARE(t.Bytes(), kept);
         // A file that cannot be written opens for browsing and refuses every write.
         TempImage locked;
         QVERIFY2(locked.OpenReadOnly(kTenBytes), qPrintable(locked.error));
