@@ -6,9 +6,6 @@
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <sys/fsuid.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 inline QByteArray FileBytes(const QString& path)
 {
@@ -26,20 +23,6 @@ struct TempImage {
     ~TempImage() { CloseRomFile(rom); }
     bool Open(const QByteArray& bytes) { return WriteFileBytes(path, bytes) && OpenRomFile(rom, path, error); }
     QByteArray Bytes() const { return FileBytes(path); }
-
-    // Root may write any file, so the open runs under an ordinary file-system identity
-    // (a call that changes nothing for other users), which must be able to reach the
-    // read-only file.
-    bool OpenReadOnly(const QByteArray& bytes)
-    {
-        const QByteArray file = QFile::encodeName(path), folder = QFile::encodeName(dir.path());
-        if (!WriteFileBytes(path, bytes) || ::chmod(file.constData(), 0444) || ::chmod(folder.constData(), 0755))
-            return false;
-        ::setfsuid(65534);
-        const bool opened = OpenRomFile(rom, path, error);
-        ::setfsuid(::geteuid());
-        return opened && !rom.writable;
-    }
 };
 
 inline ConsoleColor Word(int red, int green, int blue) { return ConsoleColor(red | green << 5 | blue << 10); }

@@ -6,6 +6,9 @@
 #include "library_fixture.h"
 
 #include <deque>
+#include <sys/fsuid.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 struct ScriptedPrompter {
     std::deque<PromptAnswer> answers; // an empty script cancels

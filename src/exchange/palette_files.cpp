@@ -48,11 +48,11 @@ QByteArray PictureBytes(const Palette& palette, const char* format)
 {
     QImage picture(kColors, 1, QImage::Format_Indexed8);
     QList<QRgb> table;
-    for (int slot = 0; slot < kColors; ++slot) {
+    for (int slot = 0; slot < kColors; ++slot)
         table << ScreenToRgb(SlotScreen(palette, slot));
+    picture.setColorTable(table); // before the pixels, which must index it
+    for (int slot = 0; slot < kColors; ++slot)
         picture.setPixel(slot, 0, uint(slot));
-    }
-    picture.setColorTable(table);
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QImageWriter(&buffer, format).write(picture);

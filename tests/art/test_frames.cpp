@@ -2,6 +2,7 @@
 // them into the image with the table entry that points at them.
 #include "art/save_art.h"
 #include "art/frame_encoder.h"
+#include "art/frame_placement.h"
 #include "library_fixture.h"
 #include "view/frame_drawing.h"
 
@@ -185,6 +186,24 @@ private slots:
         }
         QString error; // however long the file, positions stop below the cartridge base
         QVERIFY(TypedSavePosition("1FFFFFF", 0x4000000, error) && !TypedSavePosition("2000000", 0x4000000, error));
+        QVERIFY(AppendPosition(0x1FFFFFF, error) && !AppendPosition(0x2000000, error));
+    }
+
+    void placedAtAnOrigin()
+    {
+        // Cells land at the origin; left and top stay the old frame's where they lie above
+        // and left of the pixels, and otherwise follow them.
+        PixelGrid grid = MakePixelGrid(4, 3);
+        grid.At(1, 0) = 5, grid.At(3, 2) = 7;
+        for (const auto& [oldLeft, left] : {std::pair{-20, -20}, {9, -7}}) {
+            ArtFrame current = UsedFrame(0, 0);
+            current.left = int16_t(oldLeft);
+            current.top = -30;
+            PlacedPixels placed = PlaceAtOrigin(current, grid, {-8, -5});
+            QCOMPARE(EncodeGrid(placed.placement, placed.pixels), FrameFit::Fits);
+            const ArtFrame& frame = placed.placement;
+            QCOMPARE(ValuesOf(frame, 1), (Values{{left, -5, -30, -3}, {-7, -6, -5, 5}, {-5, -4, -3, 7}}));
+        }
     }
 };
 

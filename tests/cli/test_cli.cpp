@@ -39,7 +39,7 @@ QByteArray GeneratedImage()
     for (int n = 0; n < kArtTableCount; ++n) {
         std::array<ConsoleColor, 15> words{};
         for (int i = 0; i < 15; ++i)
-            words[size_t(i)] = Word((3 * i + n) % 32, (29 - 2 * i) % 32, (i * 7 + n) % 32);
+            words[size_t(i)] = Word((3 * i + n) % 32, (29 + 2 * i) % 32, (i * 7 + n) % 32);
         PutPaletteWords(image, kPalettePositions[size_t(n)], words);
         std::vector<uint32_t> entries;
         for (int f = 0; f < 3; ++f) {
@@ -124,6 +124,7 @@ private slots:
         const QJsonArray frames = Manifest(first);
         QCOMPARE(frames.size(), 14 * 4);
         QVERIFY(frames[11].toObject().contains("reason") && !frames[11].toObject().contains("file"));
+        QCOMPARE(QDir(first + "/palettes").entryList(QDir::Files).size(), 7 * 3); // tables n and n + 7 share one
         InsertAll(rom, first);
         QCOMPARE(Cli({"rip", rom, second}).code, 0);
         CompareRips(first, second, false);
@@ -137,6 +138,18 @@ private slots:
                 Cli({"insert", rom, QString::number(f["table"].toInt()), QString::number(f["slot"].toInt()),
                      third + "/" + f["file"].toString(), "--at", QString::number(f["offset"].toInteger(), 16)});
         QCOMPARE(FileBytes(rom), before);
+    }
+
+    void palettesRoundTrip()
+    {
+        // Table 11 shares table 4's stored palette: what is imported there exports again the
+        // same (a TPL file holds components 0 and 1 alike, so its colours may not).
+        for (const char* format : {"gpl", "act", "tpl", "png", "bmp"}) {
+            const QString file = dir.filePath(QStringLiteral("p.%1").arg(format)), again = dir.filePath(QStringLiteral("q.%1").arg(format));
+            QCOMPARE(Cli({"palette", "export", rom, "4", file}).code + Cli({"palette", "import", rom, "11", file}).code, 0);
+            QCOMPARE(Cli({"palette", "export", rom, "4", again}).code, 0);
+            QCOMPARE(FileBytes(again), FileBytes(file));
+        }
     }
 
     void sameBytesAsTheEditor()

@@ -3,6 +3,7 @@
 #include "library_fixture.h"
 #include "palette/color_match.h"
 #include "palette/palette_boxes.h"
+#include "palette/perceptual_match.h"
 #include "view/picture_surface.h"
 
 #include <QtTest>
@@ -110,6 +111,16 @@ private slots:
         for (int i = 0; i + 1 < placed.size(); i += 2)
             palette.colors[size_t(placed[i])] = ConsoleColor(placed[i + 1]);
         QCOMPARE(MatchPaletteIndex(palette, color), index);
+    }
+
+    void perceptualMatch()
+    {
+        Palette palette = TestPalette();
+        palette.colors[3] = 0x8000 | Word(31, 0, 0); // a marked word is never chosen
+        palette.colors[9] = Word(29, 1, 0);
+        QCOMPARE(NearestPerceptualIndex(palette, MakeScreenColor(255, 0, 0)), 9);
+        QCOMPARE(NearestPerceptualIndex(palette, SlotColor(5)), 5);
+        QCOMPARE(NearestPerceptualIndex(palette, MakeScreenColor(0, 0, 0)), 16); // the fixed black
     }
 };
 
