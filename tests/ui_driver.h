@@ -1,79 +1,39 @@
 #pragma once
 // Answers the modal dialogs that a command opens with exec(), from a timer, so the
-// window test drives the real message boxes, input boxes and file dialogs. Each
-// dialog answered is kept as one line: what it showed and offered.
-#include <QPushButton>
+// window test drives the real message boxes, input boxes and file dialogs. Each dialog
+// answered is kept as one line: what it showed and offered.
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QTimer>
-#include <deque>
-#include <functional>
+#include <QVariant>
 
 class DialogDriver {
 public:
     DialogDriver()
     {
-        timer.setInterval(5);
         QObject::connect(&timer, &QTimer::timeout, [this] { Poll(); });
-        timer.start();
+        timer.start(5);
     }
 
-    // Each answer handles the next modal dialog that opens, in order.
-    void Press(QMessageBox::StandardButton button)
-    {
-        Expect<QMessageBox>([this, button](QMessageBox* box) {
-            const auto name = [](int buttons) {
-                QStringList names;
-                for (const auto& [button, text] : {std::pair{QMessageBox::Ok, "Ok"}, {QMessageBox::Yes, "Yes"},
-                                                   {QMessageBox::No, "No"}, {QMessageBox::Cancel, "Cancel"}})
-                    if (buttons & button)
-                        names << text;
-                return names.join(u'|');
-            };
-            seen << QStringLiteral("%1 %2: %3 [%4] default %5")
-                        .arg(int(box->icon()))
-                        .arg(box->windowTitle(), box->text(), name(int(box->standardButtons())),
-                             name(box->standardButton(box->defaultButton())));
-            QAbstractButton* pressed = box->button(button);
-            // Clicked after this poll returns, so a dialog it opens can be answered too.
-            QTimer::singleShot(0, pressed, [pressed] { pressed->click(); });
-        });
-    }
-    void Type(const QString& text)
-    {
-        Expect<QInputDialog>([this, text](QInputDialog* box) {
-            seen << QStringLiteral("text %1: %2").arg(box->windowTitle(), box->labelText());
-            box->setTextValue(text);
-            QTimer::singleShot(0, box, [box] { box->accept(); });
-        });
-    }
-    void Choose(const QString& path)
-    {
-        Expect<QFileDialog>([this, path](QFileDialog* dialog) {
-            seen << QStringLiteral("%1 %2: %3 (%4)")
-                        .arg(dialog->acceptMode() == QFileDialog::AcceptOpen ? "open" : "save", dialog->windowTitle(),
-                             dialog->nameFilters().join(";;"), dialog->selectedNameFilter());
-            dialog->selectFile(path);
-            QTimer::singleShot(0, dialog, [dialog] { static_cast<QDialog*>(dialog)->accept(); });
-        });
-    }
+    // The answers to the next modal dialogs, in order: the button to press in a message
+    // box, the text to type in an input box, the file to choose in a file dialog.
+    void Answer(const QVariant& answer) { answers << answer; }
 
     QStringList seen;
     QStringList unexpected;
 
 private:
-    template <typename Dialog>
-    void Expect(std::function<void(Dialog*)> answer)
+    static QString Buttons(QMessageBox::StandardButtons buttons)
     {
-        answers.push_back([answer](QWidget* w) {
-            auto* dialog = qobject_cast<Dialog*>(w);
-            if (dialog)
-                answer(dialog);
-            return dialog != nullptr;
-        });
+        QStringList names;
+        for (const auto& [button, name] : {std::pair{QMessageBox::Ok, "Ok"}, {QMessageBox::Yes, "Yes"}, {QMessageBox::No, "No"}, {QMessageBox::Cancel, "Cancel"}})
+            if (buttons & button)
+                names << name;
+        return names.join(u'|');
     }
 
     void Poll()
@@ -81,18 +41,36 @@ private:
         QWidget* modal = QApplication::activeModalWidget();
         if (!modal || answered.contains(modal))
             return; // none, or answered and still closing
-        if (!answers.empty() && answers.front()(modal)) {
-            answers.pop_front();
-            answered.append(modal);
+        auto* box = qobject_cast<QMessageBox*>(modal);
+        auto* input = qobject_cast<QInputDialog*>(modal);
+        auto* files = qobject_cast<QFileDialog*>(modal);
+        if (answers.isEmpty()) { // a dialog nobody expected fails the test instead of hanging it
+            unexpected << modal->windowTitle();
+            static_cast<QDialog*>(modal)->reject();
             return;
         }
-        // A dialog nobody expected: note it and close it, so the test fails instead of hanging.
-        unexpected << modal->windowTitle();
-        if (auto* dialog = qobject_cast<QDialog*>(modal))
-            dialog->reject();
+        const QVariant answer = answers.takeFirst();
+        answered << modal;
+        if (box)
+            seen << QStringLiteral("%1 %2: %3 [%4] default %5").arg(int(box->icon())).arg(box->windowTitle(), box->text(),
+                        Buttons(box->standardButtons()), Buttons(box->standardButton(box->defaultButton())));
+        if (input) {
+            seen << QStringLiteral("text %1: %2").arg(input->windowTitle(), input->labelText());
+            input->setTextValue(answer.toString());
+        }
+        if (files) {
+            seen << QStringLiteral("%1 %2: %3 (%4)").arg(files->acceptMode() == QFileDialog::AcceptOpen ? "open" : "save",
+                        files->windowTitle(), files->nameFilters().join(";;"), files->selectedNameFilter());
+            files->selectFile(answer.toString());
+        }
+        // After this poll, so that a dialog the answer opens is answered in turn; the file
+        // dialog's own accept checks the name and may ask before replacing a file.
+        QTimer::singleShot(0, modal, [modal, box, answer] {
+            box ? box->button(QMessageBox::StandardButton(answer.toInt()))->click() : static_cast<QDialog*>(modal)->accept();
+        });
     }
 
     QTimer timer;
     QList<QPointer<QWidget>> answered;
-    std::deque<std::function<bool(QWidget*)>> answers;
+    QVariantList answers;
 };

@@ -14,7 +14,7 @@ if [ "${1:-}" = guide ]; then
 fi
 if [ "${1:-}" = fuzz ]; then
   # libFuzzer's runtime is only a Recommends of clang.
-  packages+=(clang libclang-rt-14-dev)
+  packages+=(clang libclang-rt-14-dev imagemagick)
 fi
 
 missing=()

@@ -6,15 +6,41 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=${1:-10}
+
+# A big-endian number of width bytes, as raw bytes.
+bytes() { local hex; hex=$(printf "%0$(($2 * 2))x" "$1"); printf "$(sed 's/../\\x&/g' <<<"$hex")"; }
+# A piece for fuzz_open_image: where it goes, how long, and the demo image's bytes there.
+piece() { bytes "$2" 4; bytes "$3" 1; dd if="$1" bs=1 skip="$2" count="$3" status=none; }
+
+# Small seeds from the real programs: pieces of the demo image around each table, its
+# palette and its first frame; a 16-colour bitmap; typed answers; a real journal.
+make_seeds() {
+  local seeds=$1 demo=$2 n=0 table frame palettes=(0x22921A 0x22923E 0x22927E 0x22925C 0x2292A0 0x2292BE 0x2292DC)
+  rm -rf "$seeds" && mkdir -p "$seeds"/{open_image,encoder,bitmap,answers,journal}
+  for table in 0xA0504 0xB18BC 0xCB3B4 0xD4E44 0xF1130 0xF6A18 0x101304; do
+    frame=$(( 0x$(od -An -tx1 -j $((table)) -N4 "$demo" | tr -d ' \n') - 0x2000000 ))
+    { bytes $((0x300000)) 4; piece "$demo" $((table)) 64; piece "$demo" $((palettes[n])) 30
+      piece "$demo" "$frame" 255; piece "$demo" $((frame + 255)) 255; } >"$seeds/open_image/table$n"
+    n=$((n + 1))
+  done
+  printf '\x10\x08\x04\x00\x01\x02\x13\x03\x04\x05\x00\x10\x11' >"$seeds/encoder/grid"
+  convert -size 16x8 gradient:red-blue -colors 16 -type Palette BMP3:"$seeds/bitmap/gradient.bmp"
+  printf '1F0000' >"$seeds/answers/position"; printf ' ff 00 ff' >"$seeds/answers/colour"
+  cp "$demo" "$seeds/image.bin"
+  build-fuzz/zelvane-art palette export "$seeds/image.bin" 3 "$seeds/palette.gpl"
+  build-fuzz/zelvane-art palette import "$seeds/image.bin" 5 "$seeds/palette.gpl"
+  mv "$seeds/image.bin.zelvane-journal" "$seeds/journal/palette-import"
+  rm -f "$seeds/image.bin" "$seeds/palette.gpl"
+}
 jobs=${2:-1}
 bash tools/install-deps.sh fuzz
 
 cmake -S . -B build-fuzz -DZELVANE_FUZZ=ON -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 targets=(open_image encoder bitmap answers journal)
-cmake --build build-fuzz -j2 --target make_fuzz_seeds "${targets[@]/#/fuzz_}"
+cmake --build build-fuzz -j2 --target demo_rom zelvane-art "${targets[@]/#/fuzz_}"
 
 export ASAN_OPTIONS=detect_leaks=0:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
-build-fuzz/fuzz/make_fuzz_seeds build-fuzz/seeds
+make_seeds "build-fuzz/seeds" "build-fuzz/demo/zelvane-demo.bin"
 mkdir -p build-fuzz/findings
 total=0
 for target in "${targets[@]}"; do

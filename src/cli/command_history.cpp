@@ -10,8 +10,9 @@ namespace {
 const CommandHelp kHistoryHelp{
     "history", "ROM", "List the changes made to ROM, as its journal keeps them.",
     "One line each, numbered from 1 in the order they were made: the number, the time, the\n"
-    "command, and how many ranges and bytes it wrote. The journal is ROM.zelvane-journal beside\n"
-    "the image, or in ~/.local/state/zelvane-art/journals when the image's folder cannot be written.",
+    "command, the ranges it wrote (position+length, hexadecimal) and how many bytes in all. The\n"
+    "journal is ROM.zelvane-journal beside the image, or in ~/.local/state/zelvane-art/journals\n"
+    "when the image's folder cannot be written.",
     1};
 const CommandHelp kRevertHelp{
     "revert", "ROM N", "Put ROM back as it was before change N of its history.",
@@ -38,12 +39,14 @@ int RunHistory(const QStringList& args)
     int n = 0;
     for (const JournalEntry& change : DoneChanges(*image)) {
         int64_t bytes = 0;
-        for (const JournalRange& range : change.ranges)
+        QStringList ranges;
+        for (const JournalRange& range : change.ranges) {
             bytes += range.length;
-        std::printf("%d  %s  %s  %d %s  %lld bytes\n", ++n,
+            ranges << QStringLiteral("%1+%2").arg(range.position, 0, 16).arg(range.length, 0, 16).toUpper();
+        }
+        std::printf("%d  %s  %s  %s  %lld bytes\n", ++n,
                     qPrintable(QDateTime::fromMSecsSinceEpoch(change.time).toString("yyyy-MM-dd HH:mm:ss")),
-                    qPrintable(change.command), int(change.ranges.size()), change.ranges.size() == 1 ? "range" : "ranges",
-                    qint64(bytes));
+                    qPrintable(change.command), qPrintable(ranges.join(u' ')), qint64(bytes));
     }
     return kDone;
 }

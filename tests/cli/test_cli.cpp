@@ -191,12 +191,12 @@ private slots:
         QFETCH(QStringList, args);
         QFETCH(int, code);
         QFETCH(QString, said);
-        QImage ok(4, 2, QImage::Format_RGB32), runs(202, 1, QImage::Format_RGB32);
+        QImage ok(202, 1, QImage::Format_RGB32), runs(202, 1, QImage::Format_RGB32);
         ok.fill(Qt::black);
-        runs.fill(qRgb(240, 240, 240));
+        runs.fill(qRgb(240, 240, 240)); // the background: every other pixel a run of its own
         for (int x = 0; x < 202; x += 2)
             runs.setPixel(x, 0, qRgb(0, 0, 0));
-        QVERIFY(ok.save(dir.filePath("ok.png")) && runs.save(dir.filePath("runs.png")));
+        QVERIFY(ok.copy(0, 0, 4, 1).save(dir.filePath("ok.png")) && runs.save(dir.filePath("runs.png")));
         WriteFileBytes(dir.filePath("bad.png"), "\x89PNG\r\n\x1A\nnot really");
         QByteArray shortTable = FourBitBitmap(SixteenColors(), 4, 2, {0, 1, 2, 3, 4, 5, 1, 1}, BmpRows::BottomUp);
         SetField(shortTable, 46, 1, 4); // one colour in use, as a fuzzed bitmap declared

@@ -59,17 +59,6 @@ inline std::vector<QRgb> SixteenColors()
     return colors;
 }
 
-// A 5 x 3 picture; with colors > 0, an indexed one with that many colours.
-inline QImage SmallImage(QImage::Format format, int colors = 0)
-{
-    QImage image(5, 3, format);
-    image.setColorCount(colors);
-    for (int i = 0; i < colors; ++i)
-        image.setColor(i, qRgb(i, 255 - i, i / 2));
-    image.fill(1);
-    return image;
-}
-
 inline QByteArray Encoded(const QImage& image, const char* format = "bmp")
 {
     QBuffer buffer;

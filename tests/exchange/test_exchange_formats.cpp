@@ -19,25 +19,7 @@ ScreenColor BitmapColor(QPoint p)
 {
     return QRect(0, 0, 8, 6).contains(p) ? MakeScreenColor(10 * p.x() + 5, 10 * p.y() + 5, 200) : kViewBackground;
 }
-
-struct CopyCase {
-    int viewZoom;
-    QLine points; // from the anchor to the corner
-    int zoom;
-    QRect copied; // the bitmap pixels that land at the top left
-    QSize preview = {10, 10};
-    QSize canvas = {40, 40};
-};
-
-// A surface with an earlier drawing's leftovers.
-PictureSurface Stale(QSize size, ScreenColor background = kPictureBackground)
-{
-    PictureSurface surface = MakeSurface(size.width(), size.height(), background);
-    FillSurfaceRect(surface, surface.image.rect(), MakeScreenColor(9, 9, 9));
-    return surface;
 }
-}
-Q_DECLARE_METATYPE(CopyCase)
 
 class TestExchangeFormats : public QObject {
     Q_OBJECT
@@ -92,17 +74,18 @@ private slots:
         QTest::newRow("no width") << with(grid, 18, 0);
         QTest::newRow("longer than declared") << grid + QByteArray(2 * 1024 * 1024, '\0');
         QTest::newRow("empty") << QByteArray();
-        QTest::newRow("picture of another kind") << Encoded(SmallImage(QImage::Format_RGB32), "png");
+        QTest::newRow("picture of another kind") << Encoded(QImage(5, 3, QImage::Format_RGB32), "png");
     }
 
     void loadRefusals()
     {
         QFETCH(QByteArray, bytes);
-        QImage picture = SmallImage(QImage::Format_RGB32);
+        const QImage before(5, 3, QImage::Format_Mono);
+        QImage picture = before;
         QString errorText;
         QVERIFY(!LoadBitmapPicture(Written(bytes), picture, errorText));
         QVERIFY(errorText.contains(QStringLiteral("in.bmp")));
-        QCOMPARE(picture, SmallImage(QImage::Format_RGB32)); // as it was
+        QCOMPARE(picture, before); // as it was
     }
 
     void gridRounding()
@@ -151,44 +134,32 @@ private slots:
                                                + QByteArray(24, char(248)) + QByteArray(720, '\0'));
     }
 
-    void copy_data()
-    {
-        QTest::addColumn<CopyCase>("c");
-        const QRect dragged(2, 3, 4, 2);
-        QTest::newRow("enlarged 3") << CopyCase{3, {6, 9, 18, 15}, 4, dragged};
-        QTest::newRow("one to one, strictly between") << CopyCase{1, {2, 3, 6, 5}, 2, {3, 4, 3, 1}};
-        QTest::newRow("corner before anchor") << CopyCase{2, {12, 10, 4, 6}, 3, {}};
-        QTest::newRow("corner one block on") << CopyCase{2, {4, 6, 6, 8}, 3, {2, 3, 1, 1}};
-        QTest::newRow("beyond the view") << CopyCase{3, {-3, -3, 45, 6}, 2, {-1, -1, 16, 3}, {20, 20}};
-        QTest::newRow("enlarged 11, cut at the view's edge") << CopyCase{11, {0, 0, 39, 29}, 2, {0, 0, 4, 3}};
-        QTest::newRow("cut by both pictures") << CopyCase{2, {4, 6, 12, 10}, 4, dragged, {3, 1}, {10, 6}};
-    }
-
     void copy()
     {
-        QFETCH(CopyCase, c);
-        const auto& [viewZoom, points, zoom, copied, preview, canvas] = c;
         QImage bitmap(8, 6, QImage::Format_RGB32);
         for (int y = 0; y < 6; ++y)
             for (int x = 0; x < 8; ++x)
                 bitmap.setPixel(x, y, ScreenToRgb(BitmapColor({x, y})));
-        PictureSurface view = Stale(QSize(40, 30), kViewBackground), canvasSurface = Stale(canvas), previewSurface = Stale(preview);
-        RedrawSectionView(view, bitmap, viewZoom);
-        for (int y = 0; y < 30; ++y) // the bitmap enlarged on the cleared view
-            for (int x = 0; x < 40; ++x)
-                QCOMPARE(SurfacePixel(view, x, y), int64_t(BitmapColor(QPoint(x / viewZoom, y / viewZoom))));
-        CopySection(view, {false, points.x1(), points.y1(), points.x2(), points.y2()}, viewZoom,
-                    FrameSurfaces{canvasSurface, previewSurface, zoom});
-        auto expected = [&](int x, int y) {
-            return int64_t(x < copied.width() && y < copied.height() ? BitmapColor(copied.topLeft() + QPoint(x, y))
-                                                                     : kPictureBackground);
-        };
-        for (int y = 0; y < preview.height(); ++y)
-            for (int x = 0; x < preview.width(); ++x)
-                QCOMPARE(SurfacePixel(previewSurface, x, y), expected(x, y));
-        for (int y = 0; y < canvas.height(); ++y)
-            for (int x = 0; x < canvas.width(); ++x)
-                QCOMPARE(SurfacePixel(canvasSurface, x, y), expected(x / zoom, y / zoom));
+        // The enlargement, the anchor and the corner, the main window's zoom, and the bitmap
+        // pixels that land at the top left: enlarged 3; one to one, strictly between; the
+        // corner before the anchor; one block on; beyond the view; enlarged 11 and cut at the
+        // view's edge.
+        const int cases[][10] = {{3, 6, 9, 18, 15, 4, 2, 3, 4, 2}, {1, 2, 3, 6, 5, 2, 3, 4, 3, 1}, {2, 12, 10, 4, 6, 3, 0, 0, 0, 0},
+                                 {2, 4, 6, 6, 8, 3, 2, 3, 1, 1},   {3, -3, -3, 45, 6, 2, -1, -1, 16, 3}, {11, 0, 0, 39, 29, 2, 0, 0, 4, 3}};
+        for (const auto& [viewZoom, x1, y1, x2, y2, zoom, cx, cy, cw, ch] : cases) {
+            PictureSurface view = MakeSurface(40, 30, kViewBackground), canvas = MakeSurface(40, 40), preview = MakeSurface(20, 20);
+            for (PictureSurface* stale : {&view, &canvas, &preview}) // an earlier drawing, cleared
+                FillSurfaceRect(*stale, stale->image.rect(), MakeScreenColor(9, 9, 9));
+            RedrawSectionView(view, bitmap, viewZoom);
+            for (int y = 0; y < 30; ++y) // the bitmap enlarged on the cleared view
+                for (int x = 0; x < 40; ++x)
+                    QCOMPARE(SurfacePixel(view, x, y), int64_t(BitmapColor(QPoint(x / viewZoom, y / viewZoom))));
+            CopySection(view, {false, x1, y1, x2, y2}, viewZoom, FrameSurfaces{canvas, preview, zoom});
+            auto expected = [&](int x, int y) { return int64_t(x < cw && y < ch ? BitmapColor({cx + x, cy + y}) : kPictureBackground); };
+            for (int y = 0; y < 40; ++y)
+                for (int x = 0; x < 40; ++x)
+                    QVERIFY(SurfacePixel(canvas, x, y) == expected(x / zoom, y / zoom) && (x >= 20 || y >= 20 || SurfacePixel(preview, x, y) == expected(x, y)));
+        }
     }
 };
 

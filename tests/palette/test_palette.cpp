@@ -32,6 +32,8 @@ private slots:
         }
         // 4 is still 0 and 5 is 1, each component on its own.
         QCOMPARE(ScreenToConsole(MakeScreenColor(4, 5, 129)), ConsoleColor(0 | 1 << 5 | 16 << 10));
+        // A press hits a palette box on its edges too, and between boxes none.
+        QCOMPARE(QList<int>({PaletteBoxAt(584, 72), PaletteBoxAt(597, 85), PaletteBoxAt(613, 197), PaletteBoxAt(599, 90)}), QList<int>({0, 0, 15, -1}));
         // Typed colours read blue, green, red, from their last six digits.
         const QList<QPair<QString, ScreenColor>> typed = {{"FF", 0xFF}, {" ff\t00 00", 0xFF0000}, {"1234567", 0x234567}, {"0x1F", 0}, {"zz", 0}};
         for (const auto& [answer, color] : typed)

@@ -8,7 +8,6 @@
 namespace {
 constexpr int kTable0 = 0xA0504;
 constexpr int kListEnd = kTable0 + kTableSlots * 4;
-const QByteArray kTenBytes("\x00\x11\x22\x33\x44\x55\x66\x77\x88\x99", 10);
 
 uint32_t Address(int position) { return uint32_t(position) + kCartridgeBase; }
 
@@ -107,27 +106,6 @@ private slots:
         // So does a list that has not ended after 151 entries.
         PutTableEntries(image, tables[0], std::vector<uint32_t>(kTableSlots, Address(0x120000)));
         QVERIFY(t.Open(image) && !ReadArtTables(t.rom, t.at, read, kArtTableCount));
-    }
-
-    void imageFile()
-    {
-        TempImage t;
-        QVERIFY(t.Open(kTenBytes));
-        // A name that cannot be opened keeps the open image.
-        for (const QString& name : {t.dir.filePath(QStringLiteral("missing.bin")), t.dir.path(), QString()})
-            QVERIFY(!OpenRomFile(t.rom, name, t.error) && t.rom.fileName == t.path);
-        // position, count, bytes read; the tail of the buffer shows writes beyond those.
-        const QList<QList<qint64>> reads = {{6, 10, 4}, {10, 4, 0}, {0x100000000, 4, 0}, {-1, 4, 0}, {3, 0, 0}};
-        for (const QList<qint64>& r : reads) {
-            QByteArray buffer(int(r[1]) + 8, '\x5A');
-            QCOMPARE(ReadRomBytes(t.rom, r[0], buffer.data(), r[1]), r[2]);
-            QCOMPARE(buffer, kTenBytes.mid(int(r[0]), int(r[2])) + QByteArray(buffer.size() - int(r[2]), '\x5A'));
-        }
-        const uint8_t bytes[3] = {0xA1, 0xA2, 0xA3};
-        QVERIFY(WriteRomBytes(t.rom, 4, bytes, 3, t.error) && WriteRomBytes(t.rom, 10, bytes, 3, t.error));
-        QVERIFY(!WriteRomBytes(t.rom, -1, bytes, 3, t.error));
-        QCOMPARE(RomLength(t.rom), 13);
-        QCOMPARE(t.Bytes(), QByteArray("\x00\x11\x22\x33\xA1\xA2\xA3\x77\x88\x99\xA1\xA2\xA3", 13));
     }
 };
 

@@ -11,12 +11,18 @@
 #include "view/ui/picture_box.h"
 
 #include <QAction>
-#include <QPushButton>
 #include <QSlider>
 #include <QTest>
 
 namespace {
 const QPoint kBorder(PictureBox::kBorder, PictureBox::kBorder);
+
+void Drag(QWidget* view, QPoint from, QPoint to)
+{
+    QTest::mousePress(view, Qt::LeftButton, {}, from + kBorder);
+    QTest::mouseMove(view, to + kBorder);
+    QTest::mouseRelease(view, Qt::LeftButton, {}, to + kBorder);
+}
 
 struct Editor {
     QTemporaryDir dir;
@@ -31,11 +37,6 @@ struct Editor {
         form.show();
         (void)QTest::qWaitForWindowExposed(&form);
     }
-    void Open()
-    {
-        driver.Choose(romPath);
-        form.menu_open->trigger();
-    }
     static void Click(ListBox* list, int row)
     {
         list->scrollToItem(list->item(row));
@@ -43,102 +44,80 @@ struct Editor {
     }
     void Show(int entry, int frame)
     {
-        Open();
+        driver.Answer(romPath);
+        form.menu_open->trigger();
         Click(form.List1, entry);
         Click(form.List2, frame);
     }
-    void Stroke(QPoint point)
-    {
-        QTest::mousePress(form.Picture1, Qt::LeftButton, {}, point + kBorder);
-        QTest::mouseMove(form.Picture1, point + kBorder);
-        QTest::mouseRelease(form.Picture1, Qt::LeftButton, {}, point + kBorder);
-    }
     QRgb PreviewPixel(int x, int y) const { return state.preview.image.pixel(x, y); }
 };
-
-void Drag(PictureBox* view, QPoint from, QPoint to)
-{
-    QTest::mousePress(view, Qt::LeftButton, {}, from + kBorder);
-    QTest::mouseMove(view, to + kBorder);
-    QTest::mouseRelease(view, Qt::LeftButton, {}, to + kBorder);
-}
 }
 
 class TestWindows : public QObject {
     Q_OBJECT
 private slots:
-    void paintSaveAtATypedPositionAndReopen()
+    void editSaveImportAndReopen()
     {
         Editor e;
         e.Show(1, 0);
         const QRgb stored = e.PreviewPixel(2, 2);
         QTest::mousePress(e.form.surface, Qt::LeftButton, {}, PalboxRect(4).center());
-        e.Stroke({10, 10});
+        Drag(e.form.Picture1, {10, 10}, {10, 10});
         const QRgb painted = e.PreviewPixel(2, 2);
-        QVERIFY(painted != stored);
+        QCOMPARE(painted, ScreenToRgb(ConsoleToScreen(e.state.palettes[1], 4, kPictureBackground)));
         // Keys that do not move the selection run nothing; a click on the selected line
         // reads the frame again and so discards the painting.
         QTest::keyClick(e.form.List2, Qt::Key_Up);
-        QCOMPARE(e.PreviewPixel(2, 2), painted);
+        QVERIFY(painted != stored && e.PreviewPixel(2, 2) == painted);
         Editor::Click(e.form.List2, 0);
         QCOMPARE(e.PreviewPixel(2, 2), stored);
-        e.Stroke({10, 10});
-
-        e.driver.Press(QMessageBox::No);
-        e.driver.Type(QStringLiteral("1F0000"));
+        Drag(e.form.Picture1, {10, 10}, {10, 10});
+        e.driver.Answer(QMessageBox::No);
+        e.driver.Answer(QStringLiteral("1F0000"));
         e.form.save_art->click();
-        QCOMPARE(e.driver.seen.mid(1), (QStringList{
-            "4 Question: Would you like to put this art at the end of the file? (Better) [Yes|No|Cancel] default Yes",
-            "text Brennals' Zelvane Art Editor: Enter a position to save it to"}));
         QCOMPARE(FileBytes(e.romPath).mid(0xB18BC, 4), QByteArray::fromHex("021F0000"));
 
-        e.Show(1, 0);
-        QCOMPARE(e.state.currentFrame.romOffset, 0x1F0000);
-        QCOMPARE(e.PreviewPixel(2, 2), painted);
-        QCOMPARE(e.driver.seen.first(), QStringLiteral(
-            "open Load a Zelvane Rom: Zelvane Roms (binary) (*.bin);;Zelvane Roms (smd) (*.smd);;Zelvane Roms (32x) "
-            "(*.32x);;All Files (*.*) (Zelvane Roms (binary))"));
-        e.driver.Press(QMessageBox::Ok);
-        e.form.what_2->click();
-        QCOMPARE(e.driver.seen.last(), QStringLiteral("1 What is this?: This is a list of pointers that point to 1 frame of art. To "
-                                                      "edit the art, click the pointer that points to it, and use the art editor. [Ok] default Ok"));
-        QVERIFY(e.driver.unexpected.isEmpty());
-    }
-
-    void importASectionAndSave()
-    {
-        Editor e;
-        e.Show(1, 1);
+        // Into frame 1: a 16-colour bitmap, its palette taken, a 4 x 2 section dragged at
+        // z = 2, saved at the end.
+        Editor::Click(e.form.List2, 1);
         std::vector<int> indices;
         for (int i = 0; i < 16 * 12; ++i)
             indices.push_back((i % 16 + i / 16) % 15 + 1);
         const QString bitmap = e.dir.filePath("art.bmp");
         WriteFileBytes(bitmap, FourBitBitmap(SixteenColors(), 16, 12, indices, BmpRows::BottomUp));
-        e.driver.Choose(bitmap);
-        e.driver.Press(QMessageBox::Yes);
+        e.driver.Answer(bitmap);
+        e.driver.Answer(QMessageBox::Yes);
         e.form.load_bitmap->click();
         SectionDialog* chooser = e.form.sectionDialog;
         QVERIFY(chooser && chooser->isVisible() && !chooser->isModal());
-        chooser->Slider1->setValue(1); // z = 2: bitmap pixel (2, 3) to (6, 5) copies 4 x 2
+        chooser->Slider1->setValue(1);
         Drag(chooser->Picture1, {2 * 2 + 1, 3 * 2 + 1}, {6 * 2 + 1, 5 * 2 + 1});
         chooser->OKButton->click();
-        QVERIFY(!chooser->isVisible());
-        QCOMPARE(e.PreviewPixel(3, 1), SixteenColors()[(5 + 4) % 15 + 1]);
-
-        e.driver.Press(QMessageBox::Yes);
+        QVERIFY(!chooser->isVisible() && e.PreviewPixel(3, 1) == SixteenColors()[(5 + 4) % 15 + 1]);
+        e.driver.Answer(QMessageBox::Yes);
         e.form.file_saveart->trigger();
-        e.Show(1, 1);
+
+        // Opened again, frame 0 shows the painted pixel (in the imported palette's colour 4)
+        // and frame 1 the section's indices.
+        e.Show(1, 0);
+        QCOMPARE(e.state.currentFrame.romOffset, 0x1F0000);
+        QCOMPARE(e.PreviewPixel(2, 2), ScreenToRgb(ConsoleToScreen(e.state.palettes[1], 4, kPictureBackground)));
+        Editor::Click(e.form.List2, 1);
         QCOMPARE(e.state.currentFrame.lines[1].pixels[3], int16_t((5 + 4) % 15 + 1));
-        // The close box ends the chooser; the next import builds it anew.
-        e.driver.Choose(bitmap);
-        e.driver.Press(QMessageBox::No);
-        e.form.menu_bitmap_import->trigger();
-        e.form.sectionDialog->close();
+        QCOMPARE(e.driver.seen, (QStringList{
+            "open Load a Zelvane Rom: Zelvane Roms (binary) (*.bin);;Zelvane Roms (smd) (*.smd);;Zelvane Roms (32x) (*.32x);;All Files (*.*) (Zelvane Roms (binary))",
+            "4 Question: Would you like to put this art at the end of the file? (Better) [Yes|No|Cancel] default Yes",
+            "text Brennals' Zelvane Art Editor: Enter a position to save it to",
+            "open Load Bitmap File: Bitmap Files (*.bmp);;All Files (*.*) (Bitmap Files)",
+            "4 Question: Would you like to import the palette from the bitmap as well? (Better) [Yes|No] default Yes",
+            "4 Question: Would you like to put this art at the end of the file? (Better) [Yes|No|Cancel] default Yes",
+            "open Load a Zelvane Rom: Zelvane Roms (binary) (*.bin);;Zelvane Roms (smd) (*.smd);;Zelvane Roms (32x) (*.32x);;All Files (*.*) (Zelvane Roms (binary))"}));
+        // The chooser's close box ends it; the next import builds it anew.
+        chooser->close();
         QTRY_VERIFY(!e.form.sectionDialog);
-        e.driver.Choose(bitmap);
-        e.driver.Press(QMessageBox::No);
-        e.form.menu_bitmap_import->trigger();
-        QCOMPARE(e.form.sectionDialog->Slider1->value(), 0);
+        e.driver.Answer(QMessageBox::Ok);
+        e.form.what_2->click();
+        QVERIFY(e.driver.seen.last().startsWith("1 What is this?: This is a list of pointers that point to 1 frame of art."));
         QVERIFY(e.driver.unexpected.isEmpty());
     }
 
@@ -152,7 +131,7 @@ private slots:
         e.Show(1, 0);
         QTest::mousePress(e.form.surface, Qt::LeftButton, {}, PalboxRect(5).center());
         QCOMPARE(e.state.currentColor, int16_t(5));
-        e.Stroke({12, 13});
+        Drag(e.form.Picture1, {12, 13}, {12, 13});
         const QRgb painted = ScreenToRgb(ConsoleToScreen(e.state.palettes[1], 5, kPictureBackground));
         QCOMPARE(e.PreviewPixel(2, 3), painted);
         // The block of image pixel (2, 3) at zoom 5, in device pixels, twice its place.
