@@ -2,7 +2,7 @@
 # Checks that the tests catch real faults: applies each mutant of tools/mutants.txt to a
 # copy of the tree in build-mutants, builds, runs the suite, and names every mutant that
 # the suite lets through (or that does not build). Exits non-zero if any survives.
-#   bash tools/run-mutants.sh [PATTERN]   only the mutants whose line matches PATTERN
+#   bash tools/run-mutants.sh [REGEX]   only the mutants whose file or description match
 set -euo pipefail
 cd "$(dirname "$0")/.."
 pattern=${1:-}
@@ -21,7 +21,7 @@ while IFS= read -r line; do
   file=${line%%$'\t'*} line=${line#*$'\t'}
   from=${line%%$'\t'*} line=${line#*$'\t'}
   to=${line%%$'\t'*} why=${line#*$'\t'}
-  [[ -n $pattern && "$file $why" != *$pattern* ]] && continue
+  [[ -n $pattern && ! "$file $why" =~ $pattern ]] && continue
   printf -v from '%b' "$from"
   printf -v to '%b' "$to"
   target="$tree/$file"

@@ -80,7 +80,7 @@ private slots:
         // Reopening keeps the art list and its selection; another entry shows its frame 0.
         f.session.OpenFile(f.romPath);
         QVERIFY(f.state.artLines.size() == 14 && f.state.artRow == 3 && f.state.frameRow == -1);
-        f.session.SelectFrame(5);
+        f.session.SelectFrame(1);
         f.session.SelectArtEntry(0);
         QCOMPARE(f.state.frameRow, -1);
         QCOMPARE(f.state.currentFrame.romOffset, f.state.artTables[0].pointers[0]);

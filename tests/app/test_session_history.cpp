@@ -74,7 +74,7 @@ private slots:
         const QImage redrawn = f.state.preview.image;
         f.Stroke({20, 20});
         f.session.ClearPictures();
-        f.script.Answer(Reply::Yes);
+        f.script.Answer(Reply::No).Answer(Reply::Ok, "2FFFFF"); // over the last byte and on
         f.session.SaveArt();
         const QByteArray saved = f.RomBytes();
         f.script.asked.clear();
@@ -98,6 +98,11 @@ private slots:
             f.session.Redo();
         QCOMPARE(f.RomBytes(), saved);
         QVERIFY(f.script.asked.isEmpty()); // undo and redo ask nothing
+        // A new step after an undo leaves nothing to redo.
+        f.session.Undo();
+        f.Stroke({5, 5});
+        f.session.Redo();
+        QCOMPARE(f.RomBytes(), edited);
     }
 
     void undoRefusedAfterAChangeElsewhere()

@@ -32,6 +32,9 @@ private slots:
         }
         // 4 is still 0 and 5 is 1, each component on its own.
         QCOMPARE(ScreenToConsole(MakeScreenColor(4, 5, 129)), ConsoleColor(0 | 1 << 5 | 16 << 10));
+        // The 5-bit scale in 8 bits: n * 8.25, halves to even, at most 255.
+        QCOMPARE(QList<int>(kComponentTo8.begin(), kComponentTo8.end()), (QList<int>{0, 8, 16, 25, 33, 41, 50, 58, 66, 74, 82, 91, 99, 107, 116, 124,
+                                                                                    132, 140, 148, 157, 165, 173, 182, 190, 198, 206, 214, 223, 231, 239, 248, 255}));
         // A press hits a palette box on its edges too, and between boxes none.
         QCOMPARE(QList<int>({PaletteBoxAt(584, 72), PaletteBoxAt(597, 85), PaletteBoxAt(613, 197), PaletteBoxAt(599, 90)}), QList<int>({0, 0, 15, -1}));
         // Typed colours read blue, green, red, from their last six digits.
