@@ -183,7 +183,6 @@ private slots:
         QTest::newRow("beyond the end") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--at", "0x300000"} << 1 << "lies beyond the end";
         QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";
         QTest::newRow("missing image") << QStringList{"tables", "DIR/none.bin"} << 1 << "Cannot open none.bin: No such file";
-        QTest::newRow("folder as image") << QStringList{"palette", "export", "DIR", "0", "DIR/p.gpl"} << 1 << "Is a directory";
         QTest::newRow("folder cannot be made") << QStringList{"rip", "ROM", "DIR/ok.png/out"} << 1 << "cannot be created";
         QTest::newRow("full disk") << QStringList{"rip", "ROM", "DIR/full"} << 1 << "No space left on device";
         QTest::newRow("no position") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png"} << 2 << "--append or --at";

@@ -45,17 +45,6 @@ private slots:
         ReadBitmapPalette(palette, Written(entries + QByteArray(40, '\0') + QByteArray::fromHex("FF000000")));
         QCOMPARE(QList<int>(palette.colors.begin(), palette.colors.end()),
                  (QList<int>{0x001F, 0x7FFF, 0x0421, 0, 0x03E0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x7C00, 0x5555, 0x5555}));
-        // Rows bottom up, top down and run length encoded; bytes behind the pixels.
-        for (const QByteArray& bytes : {GridBitmap(BmpRows::BottomUp), GridBitmap(BmpRows::TopDown),
-                                        GridBitmap(BmpRows::RunLength), GridBitmap(BmpRows::BottomUp) + QByteArray(1000, 'w')}) {
-            QImage picture;
-            QString errorText;
-            QVERIFY2(LoadBitmapPicture(Written(bytes), picture, errorText), qPrintable(errorText));
-            QCOMPARE(picture.format(), QImage::Format_RGB32);
-            QCOMPARE(picture.size(), QSize(3, 2));
-            for (int i = 0; i < 6; ++i)
-                QCOMPARE(picture.pixel(i % 3, i / 3), SixteenColors()[size_t(kGrid[size_t(i)])]);
-        }
     }
 
     void loadRefusals_data()

@@ -82,6 +82,18 @@ private slots:
         }
     }
 
+    void restoringPutsBackEveryByte()
+    {
+        TempImage t;
+        QVERIFY(t.Open("abc"));
+        Journal journal;
+        JournalEntry change, undo;
+        QVERIFY(CommitChange(journal, t.rom, "save", {{2, "XYZ"}, {0, "Q"}}, -1, change, t.error)); // one byte of each there
+        QVERIFY(CommitChange(journal, t.rom, "undo", RestoringPatches(change), change.oldLength, undo, t.error));
+        CloseJournal(journal);
+        QCOMPARE(t.Bytes(), QByteArray("abc"));
+    }
+
     void tornJournalIsReadToTheTear()
     {
         SessionFixture f;

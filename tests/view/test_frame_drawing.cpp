@@ -59,21 +59,6 @@ private slots:
         QCOMPARE(CountNot(p.canvas, kPictureBackground), 4 * 25);
     }
 
-    void framesReachingOutsideThePictures()
-    {
-        // Blocks touch without gap or overlap at every zoom, and what lies outside a
-        // picture, on any side, is cut there.
-        for (int zoom = 1; zoom <= 8; ++zoom) {
-            Pictures p;
-            DrawFrame(p.At(zoom), Frame(2, 1, -4, 80, {1, 2, 3, 4, 5, 6, 7}, {Frame(0, 0, 56, 0, {9, 9, 9, 9, 9, 9}), Frame(0, 0, 0, -2, {9})}), TestPalette(), kPictureBackground);
-            QCOMPARE(CountNot(p.preview, kPictureBackground), 5 + 3);
-            for (int row = 0; row < kCanvasHeight; ++row)
-                for (int column = 0; column < std::min(kCanvasWidth, kPreviewWidth * zoom); ++column)
-                    if (row / zoom < kPreviewHeight && SurfacePixel(p.canvas, column, row) != SurfacePixel(p.preview, column / zoom, row / zoom))
-                        QFAIL(qPrintable(QStringLiteral("zoom %1: canvas (%2, %3)").arg(zoom).arg(column).arg(row)));
-        }
-    }
-
     void renderedWithoutCanvas()
     {
         // Later runs win, values outside 0-16 are not drawn, and the picture is the box of
