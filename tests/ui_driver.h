@@ -58,11 +58,8 @@ private:
             seen << QStringLiteral("text %1: %2").arg(input->windowTitle(), input->labelText());
             input->setTextValue(answer.toString());
         }
-        if (files) {
-            seen << QStringLiteral("%1 %2: %3 (%4)").arg(files->acceptMode() == QFileDialog::AcceptOpen ? "open" : "save",
-                        files->windowTitle(), files->nameFilters().join(";;"), files->selectedNameFilter());
+        if (files)
             files->selectFile(answer.toString());
-        }
         // After this poll, so that a dialog the answer opens is answered in turn; the file
         // dialog's own accept checks the name and may ask before replacing a file.
         QTimer::singleShot(0, modal, [modal, box, answer] {

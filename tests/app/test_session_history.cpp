@@ -24,17 +24,32 @@ void RandomCommand(SessionFixture& f, std::mt19937& random, const QString& bitma
 {
     auto pick = [&random](int n) { return int(random() % uint32_t(n)); };
     const int64_t length = FileBytes(f.romPath).size();
-    switch (pick(9)) {
-    case 0: f.session.SelectArtEntry(pick(14)); break;
-    case 1: f.session.SelectFrame(pick(int(f.state.frameLines.size()))); break;
-    case 2: f.session.PressWindowSurface(PalboxRect(pick(16)).center()), f.Stroke({pick(245), pick(205)}); break;
-    case 3: EditColor(f, pick(16), pick(4) ? QString::number(random() & 0xFFFFFF, 16) : QString()); break;
-    case 4: f.script.Answer(Reply::Ok, bitmap).Answer(pick(2) ? Reply::Yes : Reply::No), f.session.ImportBitmap(), f.session.CopySection(); break;
-    case 5: f.script.Answer(Reply(pick(3) + 1)).Answer(Reply::Ok, QString::number(pick(int(length) + 64), 16)); f.session.SaveArt(); break;
-    case 6: f.session.ClearPictures(); break;
-    case 7: f.session.Undo(); break;
-    default: f.session.Redo(); break;
+    const int command = pick(9);
+    if (command == 0)
+        f.session.SelectArtEntry(pick(14));
+    if (command == 1)
+        f.session.SelectFrame(pick(int(f.state.frameLines.size())));
+    if (command == 2) {
+        f.session.PressWindowSurface(PalboxRect(pick(16)).center());
+        f.Stroke({pick(245), pick(205)});
     }
+    if (command == 3) // a colour, or a cancelled question
+        EditColor(f, pick(16), pick(4) ? QString::number(random() & 0xFFFFFF, 16) : QString());
+    if (command == 4) { // a bitmap, with or without its palette, pasted whole
+        f.script.Answer(Reply::Ok, bitmap).Answer(pick(2) ? Reply::Yes : Reply::No);
+        f.session.ImportBitmap();
+        f.session.CopySection();
+    }
+    if (command == 5) { // at the end, at a position that may lie beyond it, or cancelled
+        f.script.Answer(Reply(pick(3) + 1)).Answer(Reply::Ok, QString::number(pick(int(length) + 64), 16));
+        f.session.SaveArt();
+    }
+    if (command == 6)
+        f.session.ClearPictures();
+    if (command == 7)
+        f.session.Undo();
+    if (command == 8)
+        f.session.Redo();
 }
 
 // The bytes that differ, and a change of length, lie in the journal's last new change,
@@ -132,11 +147,8 @@ private slots:
     {
         QFETCH(uint, seed);
         SessionFixture f;
-        std::vector<int> indices(8 * 6);
-        for (size_t i = 0; i < indices.size(); ++i)
-            indices[i] = int(i % 16);
         const QString bitmap = f.dir.filePath("in.bmp");
-        WriteFileBytes(bitmap, FourBitBitmap(SixteenColors(), 8, 6, indices, BmpRows::BottomUp));
+        WriteFileBytes(bitmap, DiagonalBitmap());
         f.Show(1);
         const QByteArray original = f.RomBytes();
         std::mt19937 random(seed);

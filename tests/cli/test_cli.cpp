@@ -70,28 +70,17 @@ QJsonArray Manifest(const QString& dir)
     return QJsonDocument::fromJson(FileBytes(dir + "/manifest.json")).object()["frames"].toArray();
 }
 
-// Every pixel drawn before is drawn again with its index; a pixel drawn only after is
-// the index-0 pixel that widens a line of odd width.
-void CompareRips(const QString& before, const QString& after, bool exactly)
+// The second rip shows every frame as the first did, but for the frames with lines of
+// odd width (table 0's frame 2, table 1's frame 1), which gained their index-0 pixels.
+void CompareRips(const QString& before, const QString& after, const QStringList& widened = {})
 {
     const QJsonArray a = Manifest(before), b = Manifest(after);
     QCOMPARE(a.size(), b.size());
     for (qsizetype i = 0; i < a.size(); ++i) {
-        const QJsonObject x = a[i].toObject(), y = b[i].toObject();
-        QCOMPARE(x.contains("file"), y.contains("file"));
-        if (!x.contains("file"))
-            continue;
-        const QImage p(before + "/" + x["file"].toString()), q(after + "/" + y["file"].toString());
-        const QPoint shift(x["origin"][0].toInt() - y["origin"][0].toInt(), x["origin"][1].toInt() - y["origin"][1].toInt());
-        if (exactly)
-            QVERIFY(p == q && shift.isNull());
-        for (int v = 0; v < q.height(); ++v)
-            for (int u = 0; u < q.width(); ++u) {
-                const QPoint at = QPoint(u, v) - shift;
-                const int old = p.valid(at) ? p.pixelIndex(at) : 17, now = q.pixelIndex(u, v);
-                if (old != now && !(old == 17 && now == 0 && u > 0 && q.pixelIndex(u - 1, v) != 17))
-                    QFAIL(qPrintable(QStringLiteral("%1 at (%2, %3)").arg(x["file"].toString()).arg(u).arg(v)));
-            }
+        const QString file = a[i]["file"].toString();
+        QCOMPARE(b[i]["file"].toString(), file);
+        QCOMPARE(b[i]["origin"], a[i]["origin"]);
+        QCOMPARE(QImage(before + "/" + file) != QImage(after + "/" + file), widened.contains(file));
     }
 }
 
@@ -138,10 +127,10 @@ private slots:
         QCOMPARE(QDir(first + "/palettes").entryList(QDir::Files).size(), 7 * 3); // tables n and n + 7 share one
         InsertAll(rom, first);
         QCOMPARE(Cli({"rip", rom, second}).code, 0);
-        CompareRips(first, second, false);
+        CompareRips(first, second, {"table00/slot002.png", "table01/slot001.png"});
         InsertAll(rom, second);
         QCOMPARE(Cli({"rip", rom, third}).code, 0);
-        CompareRips(second, third, true);
+        CompareRips(second, third);
     }
 
     void palettesRoundTrip()

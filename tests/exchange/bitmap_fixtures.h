@@ -59,6 +59,15 @@ inline std::vector<QRgb> SixteenColors()
     return colors;
 }
 
+// 16 x 12 pixels of index (x + y) mod 15 + 1, so that no pixel uses colour 0.
+inline QByteArray DiagonalBitmap()
+{
+    std::vector<int> indices;
+    for (int i = 0; i < 16 * 12; ++i)
+        indices.push_back((i % 16 + i / 16) % 15 + 1);
+    return FourBitBitmap(SixteenColors(), 16, 12, indices, BmpRows::BottomUp);
+}
+
 inline QByteArray Encoded(const QImage& image, const char* format = "bmp")
 {
     QBuffer buffer;

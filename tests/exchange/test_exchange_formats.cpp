@@ -1,4 +1,4 @@
-// Bitmap files, uncompressed art and palette files, and the section chooser's copy.
+// Bitmap files, uncompressed art and palette files.
 #include "exchange/bitmap_files.h"
 #include "exchange/bitmap_fixtures.h"
 #include "exchange/section_copy.h"
@@ -12,13 +12,6 @@ namespace {
 const std::vector<int> kGrid = {0, 1, 15, 7, 3, 9};
 QByteArray GridBitmap(BmpRows rows) { return FourBitBitmap(SixteenColors(), 3, 2, kGrid, rows); }
 
-// The section view shows an 8 x 6 bitmap on kViewBackground, which differs from the
-// frame pictures' background so that a copied sample from beside the bitmap shows.
-constexpr ScreenColor kViewBackground = MakeScreenColor(1, 2, 3);
-ScreenColor BitmapColor(QPoint p)
-{
-    return QRect(0, 0, 8, 6).contains(p) ? MakeScreenColor(10 * p.x() + 5, 10 * p.y() + 5, 200) : kViewBackground;
-}
 }
 
 class TestExchangeFormats : public QObject {
@@ -54,15 +47,11 @@ private slots:
         const QByteArray grid = GridBitmap(BmpRows::BottomUp);
         const QByteArray wide = Encoded(QImage(50, 40, QImage::Format_RGB32));
         QTest::newRow("last row cut") << grid.chopped(2);
-        QTest::newRow("colour table cut") << grid.left(14 + 40 + 20);
         QTest::newRow("run length cut") << GridBitmap(BmpRows::RunLength).chopped(4);
         QTest::newRow("24-bit cut") << wide.left(wide.size() / 2);
         QTest::newRow("pixels behind the end") << with(grid, 10, 5000);
         QTest::newRow("side too long") << with(grid, 18, 16385);
-        QTest::newRow("too many pixels") << with(with(grid, 18, 10000), 22, 10000);
-        QTest::newRow("no width") << with(grid, 18, 0);
         QTest::newRow("longer than declared") << grid + QByteArray(2 * 1024 * 1024, '\0');
-        QTest::newRow("empty") << QByteArray();
         QTest::newRow("picture of another kind") << Encoded(QImage(5, 3, QImage::Format_RGB32), "png");
     }
 
@@ -121,34 +110,6 @@ private slots:
         palette.colors[7] = Word(31, 2, 0);
         QCOMPARE(TplPaletteBytes(palette), QByteArray("TPL\0", 4) + QByteArray(21, char(248)) + QByteArray::fromHex("F80800")
                                                + QByteArray(24, char(248)) + QByteArray(720, '\0'));
-    }
-
-    void copy()
-    {
-        QImage bitmap(8, 6, QImage::Format_RGB32);
-        for (int y = 0; y < 6; ++y)
-            for (int x = 0; x < 8; ++x)
-                bitmap.setPixel(x, y, ScreenToRgb(BitmapColor({x, y})));
-        // The enlargement, the anchor and the corner, the main window's zoom, and the bitmap
-        // pixels that land at the top left: enlarged 3; one to one, strictly between; the
-        // corner before the anchor; one block on; beyond the view; enlarged 11 and cut at the
-        // view's edge.
-        const int cases[][10] = {{3, 6, 9, 18, 15, 4, 2, 3, 4, 2}, {1, 2, 3, 6, 5, 2, 3, 4, 3, 1}, {2, 12, 10, 4, 6, 3, 0, 0, 0, 0},
-                                 {2, 4, 6, 6, 8, 3, 2, 3, 1, 1},   {3, -3, -3, 45, 6, 2, -1, -1, 16, 3}, {11, 0, 0, 39, 29, 2, 0, 0, 4, 3}};
-        for (const auto& [viewZoom, x1, y1, x2, y2, zoom, cx, cy, cw, ch] : cases) {
-            PictureSurface view = MakeSurface(40, 30, kViewBackground), canvas = MakeSurface(40, 40), preview = MakeSurface(20, 20);
-            for (PictureSurface* stale : {&view, &canvas, &preview}) // an earlier drawing, cleared
-                FillSurfaceRect(*stale, stale->image.rect(), MakeScreenColor(9, 9, 9));
-            RedrawSectionView(view, bitmap, viewZoom);
-            for (int y = 0; y < 30; ++y) // the bitmap enlarged on the cleared view
-                for (int x = 0; x < 40; ++x)
-                    QCOMPARE(SurfacePixel(view, x, y), int64_t(BitmapColor(QPoint(x / viewZoom, y / viewZoom))));
-            CopySection(view, {false, x1, y1, x2, y2}, viewZoom, FrameSurfaces{canvas, preview, zoom});
-            auto expected = [&](int x, int y) { return int64_t(x < cw && y < ch ? BitmapColor({cx + x, cy + y}) : kPictureBackground); };
-            for (int y = 0; y < 40; ++y)
-                for (int x = 0; x < 40; ++x)
-                    QVERIFY(SurfacePixel(canvas, x, y) == expected(x / zoom, y / zoom) && (x >= 20 || y >= 20 || SurfacePixel(preview, x, y) == expected(x, y)));
-        }
     }
 };
 
