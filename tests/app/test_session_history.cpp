@@ -24,32 +24,18 @@ void RandomCommand(SessionFixture& f, std::mt19937& random, const QString& bitma
 {
     auto pick = [&random](int n) { return int(random() % uint32_t(n)); };
     const int64_t length = FileBytes(f.romPath).size();
-    const int command = pick(9);
-    if (command == 0)
-        f.session.SelectArtEntry(pick(14));
-    if (command == 1)
-        f.session.SelectFrame(pick(int(f.state.frameLines.size())));
-    if (command == 2) {
-        f.session.PressWindowSurface(PalboxRect(pick(16)).center());
-        f.Stroke({pick(245), pick(205)});
-    }
-    if (command == 3) // a colour, or a cancelled question
-        EditColor(f, pick(16), pick(4) ? QString::number(random() & 0xFFFFFF, 16) : QString());
-    if (command == 4) { // a bitmap, with or without its palette, pasted whole
-        f.script.Answer(Reply::Ok, bitmap).Answer(pick(2) ? Reply::Yes : Reply::No);
-        f.session.ImportBitmap();
-        f.session.CopySection();
-    }
-    if (command == 5) { // at the end, at a position that may lie beyond it, or cancelled
-        f.script.Answer(Reply(pick(3) + 1)).Answer(Reply::Ok, QString::number(pick(int(length) + 64), 16));
-        f.session.SaveArt();
-    }
-    if (command == 6)
-        f.session.ClearPictures();
-    if (command == 7)
-        f.session.Undo();
-    if (command == 8)
-        f.session.Redo();
+    const std::function<void()> commands[] = {
+        [&] { f.session.SelectArtEntry(pick(14)); },
+        [&] { f.session.SelectFrame(pick(int(f.state.frameLines.size()))); },
+        [&] { f.session.PressWindowSurface(PalboxRect(pick(16)).center()); f.Stroke({pick(245), pick(205)}); },
+        [&] { EditColor(f, pick(16), pick(4) ? QString::number(random() & 0xFFFFFF, 16) : QString()); }, // or cancelled
+        [&] { f.script.Answer(Reply::Ok, bitmap).Answer(pick(2) ? Reply::Yes : Reply::No); f.session.ImportBitmap(); f.session.CopySection(); },
+        [&] { // at the end, at a position that may lie beyond it, or cancelled
+            f.script.Answer(Reply(pick(3) + 1)).Answer(Reply::Ok, QString::number(pick(int(length) + 64), 16));
+            f.session.SaveArt();
+        },
+        [&] { f.session.ClearPictures(); }, [&] { f.session.Undo(); }, [&] { f.session.Redo(); }};
+    commands[pick(9)]();
 }
 
 // The bytes that differ, and a change of length, lie in the journal's last new change,
