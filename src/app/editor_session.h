@@ -95,6 +95,7 @@ private:
     void BeginCanvasStep();
     void EndCanvasStep();
     void ChangeWholePictures(const std::function<void()>& change);
+    void Replay(std::vector<HistoryStep>& from, std::vector<HistoryStep>& to, bool forward);
     bool ReplayImageStep(const ImageStep& step, bool forward);
     void ShowCatalogueChange(const ImageStep& step);
     void ExportTplPalette(const QString& artFile);

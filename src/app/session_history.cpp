@@ -158,42 +158,26 @@ bool EditorSession::ReplayImageStep(const ImageStep& step, bool forward)
     return true;
 }
 
-void EditorSession::Undo()
-{
-    std::vector<HistoryStep>& done = state.history.done;
-    if (done.empty())
-        return;
-    HistoryStep step = done.back();
-    if (const auto* image = std::get_if<ImageStep>(&step)) {
-        if (!ReplayImageStep(*image, false))
-            return;
-    } else {
-        const CanvasStep& canvas = std::get<CanvasStep>(step);
-        PutBack(state.canvas, canvas.canvasRect, canvas.canvasBefore);
-        PutBack(state.preview, canvas.previewRect, canvas.previewBefore);
-        emit picturesChanged(canvas.canvasRect, canvas.previewRect);
-    }
-    done.pop_back(); // a redraw in the replay forgets the painting steps below, not this one
-    state.history.undone.push_back(std::move(step));
-}
+void EditorSession::Undo() { Replay(state.history.done, state.history.undone, false); }
+void EditorSession::Redo() { Replay(state.history.undone, state.history.done, true); }
 
-void EditorSession::Redo()
+// Takes the last step of from, undoes or redoes it, and keeps it on to.
+void EditorSession::Replay(std::vector<HistoryStep>& from, std::vector<HistoryStep>& to, bool forward)
 {
-    std::vector<HistoryStep>& undone = state.history.undone;
-    if (undone.empty())
+    if (from.empty())
         return;
-    HistoryStep step = undone.back();
+    HistoryStep step = from.back();
     if (const auto* image = std::get_if<ImageStep>(&step)) {
-        if (!ReplayImageStep(*image, true))
+        if (!ReplayImageStep(*image, forward))
             return;
     } else {
         const CanvasStep& canvas = std::get<CanvasStep>(step);
-        PutBack(state.canvas, canvas.canvasRect, canvas.canvasAfter);
-        PutBack(state.preview, canvas.previewRect, canvas.previewAfter);
+        PutBack(state.canvas, canvas.canvasRect, forward ? canvas.canvasAfter : canvas.canvasBefore);
+        PutBack(state.preview, canvas.previewRect, forward ? canvas.previewAfter : canvas.previewBefore);
         emit picturesChanged(canvas.canvasRect, canvas.previewRect);
     }
-    undone.pop_back();
-    state.history.done.push_back(std::move(step));
+    from.pop_back(); // a redraw in the replay forgets the painting steps below, not this one
+    to.push_back(std::move(step));
 }
 
 bool EditorSession::RevertToBefore(int n)

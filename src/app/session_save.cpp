@@ -7,6 +7,9 @@
 #include <optional>
 
 namespace {
+const QString kNothingToSave = QStringLiteral("Save what art? (*HINT* OPEN A ROM FIRST) lmao");
+const QString kCannotSaveInto = QStringLiteral("%1 is read-only, so the art cannot be saved into it.");
+
 // Where the frame goes: the end of the file, a typed position, or nowhere.
 std::optional<int32_t> AskSavePosition(const Prompter& prompter, int64_t fileLength)
 {
@@ -32,8 +35,7 @@ std::optional<int32_t> AskSavePosition(const Prompter& prompter, int64_t fileLen
 
 void EditorSession::SaveArt()
 {
-    if (!CanWriteImage(QStringLiteral("Save what art? (*HINT* OPEN A ROM FIRST) lmao"),
-                       QStringLiteral("%1 is read-only, so the art cannot be saved into it.")))
+    if (!CanWriteImage(kNothingToSave, kCannotSaveInto))
         return;
     if (const std::optional<int32_t> position = AskSavePosition(prompter, RomLength(state.romFile)))
         SaveFrame(std::max(state.artRow, 0), std::max(state.frameRow, 0), state.currentFrame,
@@ -46,8 +48,7 @@ void EditorSession::SaveArt()
 bool EditorSession::SaveFrame(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position,
                               const QString& command)
 {
-    const QString readOnly = QStringLiteral("%1 is read-only, so the art cannot be saved into it.");
-    if (!CanWriteImage(QStringLiteral("Save what art? (*HINT* OPEN A ROM FIRST) lmao"), readOnly))
+    if (!CanWriteImage(kNothingToSave, kCannotSaveInto))
         return false;
     QString errorText;
     std::optional<FrameSavePlan> plan = PlanFrameSave(state.artTables[size_t(t)], f, placement, pixels, position, errorText);
