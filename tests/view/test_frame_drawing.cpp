@@ -57,6 +57,9 @@ private slots:
         QCOMPARE(SurfacePixel(p.preview, 1, 2), int64_t(SlotColor(5)));
         QCOMPARE(CountNot(p.canvas, SlotColor(6), QRect(15, 0, 5, 5)), 0);
         QCOMPARE(CountNot(p.canvas, kPictureBackground), 4 * 25);
+        // The shift is the size of left and top, whatever their sign.
+        DrawFrame(p.At(5), Frame(2, 1, -2, -1, {7}), palette, kPictureBackground);
+        QCOMPARE(SurfacePixel(p.preview, 0, 0), int64_t(SlotColor(7)));
     }
 
     void renderedWithoutCanvas()
