@@ -19,20 +19,15 @@ QByteArray FullImage()
     int freeAt = kFreeArea;
     for (int n = 0; n < kArtTableCount; ++n) {
         const int position = kArtTablePositions[size_t(n)];
-        std::vector<uint32_t> entries;
+        std::vector<QByteArray> frames;
         for (int f = 0; f < kTableSlots; ++f) {
             IndexGrid sprite = MakeIndexGrid(16, 16);
             for (int y = 0; y < 16; ++y)
                 for (int x = (y + f) % 4; x < 16 - y % 3; ++x)
                     sprite.At(x, y) = 1 + (x + y + f + n) % 15;
-            const QByteArray bytes = SpriteFrameBytes(sprite, 8, 0);
-            const int at = f == 0 ? position + kTableSlots * 4 : freeAt;
-            if (f > 0)
-                freeAt += int(bytes.size());
-            PutBytes(image, at, bytes);
-            entries.push_back(uint32_t(at) + kCartridgeBase);
+            frames.push_back(SpriteFrameBytes(sprite, 8, 0));
         }
-        PutTableEntries(image, position, entries);
+        PutFramesAfterList(image, position, frames, freeAt);
     }
     return image;
 }

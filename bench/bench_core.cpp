@@ -66,19 +66,10 @@ QByteArray DemoLayoutImage()
     for (int n = 0; n < kArtTableCount; ++n) {
         const int position = kArtTablePositions[size_t(n)];
         const int frames = 3 + n % 4;
-        std::vector<uint32_t> list;
-        for (int f = 0; f < frames; ++f) {
-            const QByteArray bytes = n == 0 && f == 0 ? LargestFrameBytes()
-                                                      : SpriteFrameBytes(Blob(f), 15, 0);
-            int at = position + frames * 4;
-            if (f > 0) {
-                at = freeAt;
-                freeAt += int(bytes.size());
-            }
-            PutBytes(image, at, bytes);
-            list.push_back(uint32_t(at) + kCartridgeBase);
-        }
-        PutTableEntries(image, position, list);
+        std::vector<QByteArray> list;
+        for (int f = 0; f < frames; ++f)
+            list.push_back(n == 0 && f == 0 ? LargestFrameBytes() : SpriteFrameBytes(Blob(f), 15, 0));
+        PutFramesAfterList(image, position, list, freeAt);
     }
     return image;
 }

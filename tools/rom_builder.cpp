@@ -1,6 +1,7 @@
 #include "rom_builder.h"
 
 #include "art/frame_encoder.h"
+#include "rom/art_table.h"
 
 #include <QFile>
 
@@ -22,6 +23,21 @@ void PutTableEntries(QByteArray& image, int position, const std::vector<uint32_t
 {
     for (size_t i = 0; i < entries.size(); ++i)
         PutWord32(image, position + int(i) * 4, entries[i]);
+}
+
+void PutFramesAfterList(QByteArray& image, int position, const std::vector<QByteArray>& frames, int& freeAt)
+{
+    std::vector<uint32_t> entries;
+    for (size_t f = 0; f < frames.size(); ++f) {
+        int at = position + int(frames.size()) * 4;
+        if (f > 0) {
+            at = freeAt;
+            freeAt += int(frames[f].size());
+        }
+        PutBytes(image, at, frames[f]);
+        entries.push_back(uint32_t(at) + kCartridgeBase);
+    }
+    PutTableEntries(image, position, entries);
 }
 
 void PutPaletteWords(QByteArray& image, int position, const std::array<ConsoleColor, 15>& words)

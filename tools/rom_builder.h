@@ -16,6 +16,9 @@ void PutBytes(QByteArray& image, int position, const QByteArray& bytes);
 void PutWord32(QByteArray& image, int position, uint32_t value);
 // Raw 4-byte entries (addresses, empty slots, end markers) from position on.
 void PutTableEntries(QByteArray& image, int position, const std::vector<uint32_t>& entries);
+// A table's list of frames: frame 0 right after the list, so the list ends by the
+// position rule, and the others from freeAt on, which moves past them.
+void PutFramesAfterList(QByteArray& image, int position, const std::vector<QByteArray>& frames, int& freeAt);
 void PutPaletteWords(QByteArray& image, int position, const std::array<ConsoleColor, 15>& words);
 
 // The bytes the editor saves for this sprite, with the frame's
