@@ -3,6 +3,7 @@
 // fifteen colours none within a step of another.
 #include "palette/palette.h"
 #include "rom_builder.h"
+#include "view/picture_surface.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -38,3 +39,14 @@ inline Palette TestPalette()
 }
 
 inline ScreenColor SlotColor(int slot) { return ConsoleToScreen(TestPalette(), slot, 0); }
+
+// The pixels of the rectangle, within the surface, that differ from color.
+inline int CountNot(const PictureSurface& surface, ScreenColor color, QRect rect = QRect(0, 0, 1000, 1000))
+{
+    rect = rect.intersected(surface.image.rect());
+    int count = 0;
+    for (int y = rect.top(); y <= rect.bottom(); ++y)
+        for (int x = rect.left(); x <= rect.right(); ++x)
+            count += SurfacePixel(surface, x, y) != int64_t(color);
+    return count;
+}

@@ -10,6 +10,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+// How every refusal and error message begins.
+inline const QString kRefusal = QStringLiteral("(x) message ZOMG ERROR!!!1: ");
+
 struct ScriptedPrompter {
     std::deque<PromptAnswer> answers; // an empty script cancels
     QStringList asked;                // each question as Asked() writes it
@@ -18,10 +21,9 @@ struct ScriptedPrompter {
     {
         return [this](const Prompt& prompt) {
             asked << Asked(prompt);
-            if (answers.empty())
-                return PromptAnswer{};
-            const PromptAnswer answer = answers.front();
-            answers.pop_front();
+            PromptAnswer answer;
+            if (!answers.empty())
+                answer = answers.front(), answers.pop_front();
             return answer;
         };
     }
@@ -67,6 +69,13 @@ struct SessionFixture {
         ::setfsuid(65534);
         session.OpenFile(romPath);
         ::setfsuid(::geteuid());
+    }
+    // A double click on a palette box, answered with the typed colour (none cancels).
+    void EditColor(int box, const QString& typed)
+    {
+        script.Answer(Reply::Ok, typed);
+        session.PressWindowSurface(PalboxRect(box).center());
+        session.DoubleClickWindowSurface();
     }
     void Stroke(QPoint canvasPoint)
     {

@@ -1,7 +1,6 @@
 // Frames: reading them, rebuilding them from the frame image, their bytes, and saving
 // them into the image with the table entry that points at them.
 #include "art/save_art.h"
-#include "art/frame_encoder.h"
 #include "art/frame_placement.h"
 #include "library_fixture.h"
 #include "view/frame_drawing.h"
@@ -14,9 +13,6 @@ constexpr int kOddLength = 0x300001; // appended frames start wherever the file 
 using Values = QList<QList<int>>;
 
 QByteArray Hex(const char* text) { return QByteArray::fromHex(text); }
-
-// The frame of kTwoRows with right 1 and bottom 0.
-const QByteArray kTwoRowBytes = Hex("FFFF0001FF000000" "FF03FF0001010500" "000200000300" "00000000" "0000");
 
 // count lines of width pixels of index 7 from X -127, at Y 0, 1, 2...
 QByteArray ManyLines(int count, int width, Values& values)
@@ -66,7 +62,6 @@ ArtFrame UsedFrame(int right, int bottom)
 }
 
 QStringList Runs(int count) { return {QStringLiteral("1.").repeated(count)}; } // of one pixel each
-const QStringList kTwoRows{"115", ".3"};
 
 struct EncodeCase {
     QStringList rows;
@@ -125,7 +120,8 @@ private slots:
     {
         QTest::addColumn<EncodeCase>("c");
         const FrameFit fits = FrameFit::Fits;
-        QTest::newRow("two runs over two rows") << EncodeCase{kTwoRows, {1, 0}, fits, kTwoRowBytes};
+        QTest::newRow("two runs over two rows") << EncodeCase{
+            {"115", ".3"}, {1, 0}, fits, Hex("FFFF0001FF000000" "FF03FF0001010500" "000200000300" "00000000" "0000")};
         QTest::newRow("no drawn pixel") << EncodeCase{{}, {5, -3}, fits, Hex("00050005FD00FD00" "00000000" "0000")};
         QTest::newRow("index 0 and unmatched colours are drawn as 0") << EncodeCase{
             {"10x.F"}, {4, 0}, fits, Hex("0000000400000000" "0004000001000000" "040600000F00" "00000000" "0000")};

@@ -7,7 +7,7 @@
 #include <QImageWriter>
 #include <vector>
 
-enum class BmpRows { BottomUp, TopDown, RunLength };
+enum class BmpRows { BottomUp, RunLength };
 
 // A little-endian field of size bytes at offset, or behind the end for offset -1.
 inline void SetField(QByteArray& bytes, int offset, quint32 value, int size)
@@ -27,7 +27,7 @@ inline QByteArray FourBitBitmap(const std::vector<QRgb>& colors, int width, int 
     const int stride = (width + 7) / 8 * 4;
     QByteArray pixels(rows == BmpRows::RunLength ? 0 : stride * height, '\0');
     for (int stored = 0; stored < height; ++stored) {
-        const int* row = &indices[size_t((rows == BmpRows::TopDown ? stored : height - 1 - stored) * width)];
+        const int* row = &indices[size_t((height - 1 - stored) * width)];
         for (int x = 0; x < width; ++x)
             if (rows == BmpRows::RunLength)
                 pixels.append(char(1)).append(char(row[x] << 4));
@@ -39,9 +39,8 @@ inline QByteArray FourBitBitmap(const std::vector<QRgb>& colors, int width, int 
     const int pixelOffset = 14 + 40 + 16 * 4;
     QByteArray bytes("BM");
     const quint32 fields[][2] = {
-        {quint32(pixelOffset + pixels.size()), 4}, {0, 4}, {pixelOffset, 4}, {40, 4}, {quint32(width), 4},
-        {quint32(rows == BmpRows::TopDown ? -height : height), 4}, {1, 2}, {4, 2},
-        {rows == BmpRows::RunLength ? 2u : 0u, 4}, {quint32(pixels.size()), 4}, {2835, 4}, {2835, 4}, {16, 4}, {0, 4},
+        {quint32(pixelOffset + pixels.size()), 4}, {0, 4}, {pixelOffset, 4}, {40, 4}, {quint32(width), 4}, {quint32(height), 4},
+        {1, 2}, {4, 2}, {rows == BmpRows::RunLength ? 2u : 0u, 4}, {quint32(pixels.size()), 4}, {2835, 4}, {2835, 4}, {16, 4}, {0, 4},
     };
     for (const auto& [value, size] : fields)
         SetField(bytes, -1, value, int(size));

@@ -1,11 +1,9 @@
 // Crash safety: a command killed right after any one of its writes leaves an image that
 // opens as it was before the command or as it is after it; a torn journal is read up
-// to the tear; exports onto a full disk keep the old file.
-#include "exchange/whole_file.h"
+// to the tear.
 #include "session_fixture.h"
 
 #include <QtTest>
-#include <sys/mount.h>
 #include <sys/wait.h>
 
 namespace {
@@ -15,12 +13,8 @@ void RunCommand(SessionFixture& f, const QString& command)
 {
     f.Show(2, 1);
     f.Stroke({30, 30});
-    if (command == "palette edit") {
-        f.script.Answer(Reply::Ok, "FF00FF");
-        f.session.PressWindowSurface(PalboxRect(4).center());
-        f.session.DoubleClickWindowSurface();
-        return;
-    }
+    if (command == "palette edit")
+        return f.EditColor(4, "FF00FF");
     f.script.Answer(command == "append" ? Reply::Yes : Reply::No).Answer(Reply::Ok, "0x1000");
     f.session.SaveArt();
 }
@@ -82,18 +76,6 @@ private slots:
         }
     }
 
-    void restoringPutsBackEveryByte()
-    {
-        TempImage t;
-        QVERIFY(t.Open("abc"));
-        Journal journal;
-        JournalEntry change, undo;
-        QVERIFY(CommitChange(journal, t.rom, "save", {{2, "XYZ"}, {0, "Q"}}, -1, change, t.error)); // one byte of each there
-        QVERIFY(CommitChange(journal, t.rom, "undo", RestoringPatches(change), change.oldLength, undo, t.error));
-        CloseJournal(journal);
-        QCOMPARE(t.Bytes(), QByteArray("abc"));
-    }
-
     void tornJournalIsReadToTheTear()
     {
         SessionFixture f;
@@ -109,26 +91,6 @@ private slots:
             damaged[at] = char(damaged[at] ^ 0x40);
             QVERIFY(ParseJournal(damaged, &soundEnd).size() <= 2 && soundEnd <= at);
         }
-    }
-
-    void exportsOntoAFullDiskKeepTheOldFile()
-    {
-        QTemporaryDir dir;
-        const QString small = dir.filePath("small");
-        if (!QDir().mkpath(small) || ::mount("tmpfs", QFile::encodeName(small), "tmpfs", 0, "size=16k"))
-            QSKIP("mounting a small tmpfs needs root");
-        const QString file = small + "/art.bmp";
-        const QByteArray old(10000, 'o');
-        WriteFileBytes(file, old);
-        QString errorText;
-        const bool written = WriteWholeFile(file, QByteArray(12000, 'n'), errorText);
-        const QByteArray kept = FileBytes(file);
-        const QStringList left = QDir(small).entryList(QDir::Files | QDir::Hidden);
-        ::umount(QFile::encodeName(small));
-        QVERIFY(!written);
-        QCOMPARE(errorText, "Could not write \"" + file + "\": No space left on device. The file was kept as it was.");
-        QCOMPARE(kept, old);
-        QCOMPARE(left, QStringList{"art.bmp"});
     }
 };
 

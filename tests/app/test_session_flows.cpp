@@ -1,15 +1,16 @@
-// The flows of a session that write files: saving into the image, the two exports, and
-// importing a bitmap section, with every question answered by a script.
+// The flows of a session, driven as the windows drive them, with every question answered
+// by a script: opening, the lists, painting and the palette boxes; saving into the
+// image, the two exports, and importing a bitmap section.
 #include "art/frame_encoder.h"
 #include "exchange/bitmap_fixtures.h"
 #include "exchange/uncompressed_art.h"
+#include "rom/art_lists.h"
 #include "session_fixture.h"
 
 #include <QtTest>
 
 namespace {
 constexpr int kDemoLength = 0x300000;
-const QString kRefusal = QStringLiteral("(x) message ZOMG ERROR!!!1: ");
 
 struct SaveCase {
     Reply answer;
@@ -21,9 +22,95 @@ struct SaveCase {
 }
 Q_DECLARE_METATYPE(SaveCase)
 
-class TestSessionFiles : public QObject {
+class TestSessionFlows : public QObject {
     Q_OBJECT
 private slots:
+    void listsAndSelection()
+    {
+        SessionFixture f;
+        f.Show(3, 4);
+        QCOMPARE(f.state.artLines.first() + f.state.artLines.last(), QStringLiteral("A050412C120"));
+        QCOMPARE(f.state.frameLines.size(), 7); // six frames and the end marker, which draws nothing
+        QCOMPARE(f.state.frameLines.last(), QStringLiteral("FF000000"));
+        QCOMPARE(f.state.currentPalette, int16_t(3));
+        QCOMPARE(f.state.currentFrame.romOffset, f.state.artTables[3].pointers[4]);
+        QVERIFY(CountNot(f.state.preview, kPictureBackground) > 100);
+        QCOMPARE(f.state.palboxColors[0], ScreenColor(0)); // box 0 stays black
+        QCOMPARE(f.state.palboxColors[5], ConsoleToScreen(f.state.palettes[3], 5, kPictureBackground));
+        f.session.SelectFrame(6);
+        QCOMPARE(CountNot(f.state.preview, kPictureBackground), 0);
+        // Reopening keeps the art list and its selection; another entry shows its frame 0.
+        f.session.OpenFile(f.romPath);
+        QVERIFY(f.state.artLines.size() == 14 && f.state.artRow == 3 && f.state.frameRow == -1);
+        f.session.SelectFrame(1);
+        f.session.SelectArtEntry(0);
+        QCOMPARE(f.state.frameRow, -1);
+        QCOMPARE(f.state.currentFrame.romOffset, f.state.artTables[0].pointers[0]);
+        // Selecting the selected line again reads the frame anew: painting is gone.
+        const QImage shown = f.state.preview.image;
+        f.Stroke({0, 0});
+        f.session.SelectArtEntry(0);
+        QCOMPARE(f.state.preview.image, shown);
+    }
+
+    void paletteBoxesAndPainting()
+    {
+        SessionFixture f;
+        f.Show(1);
+        f.session.PressWindowSurface(PalboxRect(7).center());
+        f.session.PressWindowSurface({583.5, 71.5}); // rounded to box 0's corner, not cut
+        f.session.PressWindowSurface({599, 90});     // between boxes: the colour stays
+        QCOMPARE(f.state.currentColor, int16_t(0));
+        QCOMPARE(f.state.colboxColor, ConsoleToScreen(f.state.palettes[1], 0, kPictureBackground));
+        f.session.SetZoom(2);
+        f.session.ClearPictures();
+        f.session.PressWindowSurface(PalboxRect(6).center());
+        f.session.MoveOnCanvas({30, 30}); // no stroke begun
+        f.session.PressCanvas();
+        for (const QPoint p : {QPoint(3, 0), QPoint(5, 0), QPoint(7, 1)}) // halves go to the even pixel
+            f.session.MoveOnCanvas(p);
+        f.session.ReleaseCanvas();
+        f.session.MoveOnCanvas({40, 40});
+        const ScreenColor color = ConsoleToScreen(f.state.palettes[1], 6, 0);
+        QVERIFY(SurfacePixel(f.state.preview, 2, 0) == color && SurfacePixel(f.state.preview, 4, 0) == color);
+        QVERIFY(CountNot(f.state.preview, kPictureBackground) == 2 && CountNot(f.state.canvas, kPictureBackground) == 2 * 4);
+    }
+
+    void nothingIsWritten_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<QString>("said"); // the last message
+        QTest::newRow("no image") << "none" << kRefusal + "You cannot edit a palette when a rom is not loaded, so load one!";
+        QTest::newRow("cancelled") << "cancel" << "text Brennals' Zelvane Art Editor: Enter the RGB in hex: ";
+        QTest::newRow("read-only") << "read-only" << "is read-only, so its palette cannot be changed.";
+        QTest::newRow("write fails") << "fault" << kRefusal + "The palette could not be written:\nNo space left on device\nThe image was left as it was.";
+        QTest::newRow("past the end") << "short" << kRefusal + "The palette could not be written:\nthe palette at 22921A lies beyond the "
+                                                               "end of the file, which is not made longer for it.";
+    }
+
+    void nothingIsWritten()
+    {
+        QFETCH(QString, how);
+        QFETCH(QString, said);
+        SessionFixture f;
+        if (how == "short")
+            WriteFileBytes(f.romPath, BuildDemoImage().left(0x229220));
+        if (how == "read-only") {
+            f.OpenReadOnly();
+            QCOMPARE(f.script.asked.takeFirst(), kRefusal + "demo.bin is read-only. You can browse its art, but nothing can be saved into it.");
+        }
+        else if (how != "none")
+            f.session.OpenFile(f.romPath);
+        const QByteArray before = f.RomBytes();
+        const Palette palette = f.state.palettes[0];
+        InjectWriteFault(how == "fault" ? 3 : 0, WriteFault::DiskFull); // after the new journal's two
+        f.EditColor(5, how == "cancel" ? QString() : QStringLiteral("FFFFFF"));
+        ClearWriteFault();
+        QVERIFY2(f.script.asked.last().endsWith(said), qPrintable(f.script.asked.last()));
+        QCOMPARE(f.RomBytes(), before);
+        QCOMPARE(f.state.palettes[0].colors, palette.colors);
+    }
+
     void save_data()
     {
         QTest::addColumn<SaveCase>("c");
@@ -47,7 +134,7 @@ private slots:
     {
         QFETCH(SaveCase, c);
         SessionFixture f;
-        f.Show(1, 2);
+        f.Show(1, 0);
         f.session.PressWindowSurface(PalboxRect(4).center());
         f.Stroke({10, 10});
         const QByteArray before = f.RomBytes();
@@ -59,26 +146,19 @@ private slots:
         if (!c.refusal.isEmpty())
             QVERIFY(f.script.asked.takeLast().startsWith(kRefusal + c.refusal));
         QCOMPARE(f.script.asked.join('\n'), c.answer == Reply::No ? kSaveQuestion + '\n' + kTypePosition : kSaveQuestion);
-        // Still the frame the user sees, unless its entry now holds 0 and ends the list.
-        QCOMPARE(f.state.frameRow, c.position == 0 ? -1 : 2);
+        // Still the frame the user sees, unless its entry now holds 0 and ends the list. Table 1
+        // ended where its frame 0 began: read again, its list runs on once frame 0 moves.
+        QCOMPARE(f.state.frameRow, c.position == 0 ? -1 : 0);
+        QCOMPARE(f.state.frameLines.size() > 4, c.position > 0);
         // Only the entry and the frame bytes changed; a failed write left nothing behind.
         QByteArray expected = before;
         if (c.position >= 0) {
             ArtFrame encoded = f.state.currentFrame;
             PutBytes(expected, c.position, FrameBytes(encoded));
-            PutWord32(expected, 0xB18BC + 8, uint32_t(c.position) + kCartridgeBase);
+            PutWord32(expected, 0xB18BC, uint32_t(c.position) + kCartridgeBase);
         }
         QCOMPARE(f.RomBytes(), expected);
-        QCOMPARE(f.state.artTables[1].pointers[2], c.position >= 0 ? c.position : int32_t(BigEndian32(reinterpret_cast<const uint8_t*>(before.constData()) + 0xB18C4) - kCartridgeBase));
-    }
-
-    void movedFrameZeroLetsTheListRunOn()
-    {
-        SessionFixture f;
-        f.Show(1, 0);
-        f.script.Answer(Reply::Yes);
-        f.session.SaveArt(); // table 1 ended where its frame 0 began; read again, it runs on
-        QVERIFY(f.state.frameLines.size() > 4 && f.state.frameRow == 0);
+        QCOMPARE(f.state.artTables[1].pointers[0], c.position >= 0 ? c.position : int32_t(BigEndian32(reinterpret_cast<const uint8_t*>(before.constData()) + 0xB18BC) - kCartridgeBase));
     }
 
     void exports()
@@ -102,6 +182,16 @@ private slots:
             "save Export Tile Layer Pro Palette: TLP Palettes|*.TPL|All Files|*.*",
             kRefusal + "The palette was not written: art.dat is the art file just exported, and the palette would replace it. "
                        "Export again and choose another name."}));
+        // Over the bitmap, onto a full disk: the old file stays whole and nothing else is left.
+        const QByteArray oldBitmap = FileBytes(bmp);
+        const QStringList files = QDir(f.dir.path()).entryList(QDir::Files | QDir::Hidden);
+        f.Stroke({30, 30});
+        f.script.Answer(Reply::Ok, bmp);
+        InjectWriteFault(1, WriteFault::WritesShort);
+        f.session.ExportBitmap();
+        ClearWriteFault();
+        QVERIFY(FileBytes(bmp) == oldBitmap && QDir(f.dir.path()).entryList(QDir::Files | QDir::Hidden) == files);
+        QVERIFY(f.script.asked.last().endsWith("No space left on device. The file was kept as it was."));
     }
 
     void importedSection()
@@ -137,5 +227,5 @@ private:
     const QString kTypePosition = QStringLiteral("text Brennals' Zelvane Art Editor: Enter a position to save it to");
 };
 
-QTEST_GUILESS_MAIN(TestSessionFiles)
-#include "test_session_files.moc"
+QTEST_GUILESS_MAIN(TestSessionFlows)
+#include "test_session_flows.moc"
