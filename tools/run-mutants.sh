@@ -13,6 +13,9 @@ git ls-files -z | xargs -0 cp --parents -t "$tree"
 cmake -S "$tree" -B "$build" -DZELVANE_BENCHMARKS=OFF >/dev/null
 cmake --build "$build" -j2 >/dev/null
 export QT_QPA_PLATFORM=offscreen
+# A suite that fails as it stands would "catch" every mutant.
+ctest --test-dir "$build" --timeout 300 >"$build/unmutated.log" 2>&1 \
+  || { echo "the suite fails without any mutant: see $build/unmutated.log"; exit 1; }
 
 survivors=0 count=0
 while IFS= read -r line; do

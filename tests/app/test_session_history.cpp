@@ -65,16 +65,16 @@ private slots:
         const QByteArray edited = f.RomBytes();
         const QImage redrawn = f.state.preview.image;
         f.Stroke({20, 20});
-        f.session.ClearPictures();
-        f.script.Answer(Reply::No).Answer(Reply::Ok, "2FFFFF"); // over the last byte and on
+        f.script.Answer(Reply::No).Answer(Reply::Ok, "2FFFFF"); // over the last byte, 00, with FF, and on
         f.session.SaveArt();
+        f.session.ClearPictures();
         const QByteArray saved = f.RomBytes();
         f.script.asked.clear();
 
-        f.session.Undo(); // the save: length and entry back, the cleared pictures stay
+        f.session.Undo(); // Clr
+        f.session.Undo(); // the save: length, last byte and entry back
         QCOMPARE(f.RomBytes(), edited);
         QCOMPARE(f.state.artTables[8].pointers[1], int32_t(BigEndian32(reinterpret_cast<const uint8_t*>(original.constData()) + 0x11F7AC) - kCartridgeBase));
-        f.session.Undo(); // Clr
         f.session.Undo(); // the second stroke
         QCOMPARE(f.state.preview.image, redrawn);
         f.session.Undo(); // the palette edit, drawn in the old colour again
