@@ -182,8 +182,7 @@ void EditorSession::Replay(std::vector<HistoryStep>& from, std::vector<HistorySt
 
 bool EditorSession::RevertToBefore(int n)
 {
-    std::vector<JournalEntry> done = ReadJournalFile(JournalPathFor(state.romFile.fileName));
-    std::erase_if(done, [](const JournalEntry& entry) { return entry.state != ChangeState::Done; });
+    const std::vector<JournalEntry> done = DoneChanges(state.romFile.fileName);
     QString errorText = QStringLiteral("the journal of %1 keeps %2 changes; there is no change %3.")
                             .arg(state.romFile.fileName).arg(done.size()).arg(n);
     JournalEntry entry;

@@ -56,6 +56,3 @@ struct QuietStderr {
     ~QuietStderr();
     int saved;
 };
-
-// Writes a new file whole, or removes what was begun of it; errorText names the file.
-bool WriteNewFile(const QString& fileName, const QByteArray& bytes, QString& errorText);

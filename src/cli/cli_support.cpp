@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QTextStream>
 #include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
@@ -82,18 +81,4 @@ QuietStderr::~QuietStderr()
         ::dup2(saved, 2);
         ::close(saved);
     }
-}
-
-bool WriteNewFile(const QString& fileName, const QByteArray& bytes, QString& errorText)
-{
-    QFile file(fileName);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)
-        && file.write(bytes) == bytes.size() && file.flush()) {
-        file.close();
-        if (file.error() == QFileDevice::NoError)
-            return true;
-    }
-    errorText = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(fileName), file.errorString());
-    file.remove();
-    return false;
 }

@@ -19,13 +19,6 @@ const CommandHelp kRevertHelp{
     "Every byte written since change N gets back the value it had before it, and the file its\n"
     "length. The revert is itself a change in the history, so it can be reverted in turn.",
     2};
-
-std::vector<JournalEntry> DoneChanges(const CliImage& image)
-{
-    std::vector<JournalEntry> entries = ReadJournalFile(JournalPathFor(image.path));
-    std::erase_if(entries, [](const JournalEntry& entry) { return entry.state != ChangeState::Done; });
-    return entries;
-}
 }
 
 int RunHistory(const QStringList& args)
@@ -37,7 +30,7 @@ int RunHistory(const QStringList& args)
     if (!image)
         return kRefused;
     int n = 0;
-    for (const JournalEntry& change : DoneChanges(*image)) {
+    for (const JournalEntry& change : DoneChanges(image->path)) {
         int64_t bytes = 0;
         QStringList ranges;
         for (const JournalRange& range : change.ranges) {

@@ -7,6 +7,7 @@
 
 #include <QBuffer>
 #include <QDir>
+#include <QFile>
 #include <QImageWriter>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -66,9 +67,20 @@ bool MakeFolder(Rip& rip, const QString& relative)
     return false;
 }
 
+// Unlike the editor's exports, no flush and rename per file: a rip writes thousands of
+// them, and a rip that fails is simply run again. What was begun of a file goes.
 bool WriteInto(Rip& rip, const QString& relative, const QByteArray& bytes)
 {
-    return WriteNewFile(rip.dir.filePath(relative), bytes, rip.errorText);
+    QFile file(rip.dir.filePath(relative));
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)
+        && file.write(bytes) == bytes.size() && file.flush()) {
+        file.close();
+        if (file.error() == QFileDevice::NoError)
+            return true;
+    }
+    rip.errorText = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(file.fileName()), file.errorString());
+    file.remove();
+    return false;
 }
 
 // The palette's files, written once for all the tables that show the same colours.

@@ -264,6 +264,13 @@ std::vector<JournalEntry> ReadJournalFile(const QString& journalPath)
     return ParseJournal(file.readAll());
 }
 
+std::vector<JournalEntry> DoneChanges(const QString& imagePath)
+{
+    std::vector<JournalEntry> entries = ReadJournalFile(JournalPathFor(imagePath));
+    std::erase_if(entries, [](const JournalEntry& entry) { return entry.state != ChangeState::Done; });
+    return entries;
+}
+
 void CloseJournal(Journal& journal)
 {
     if (journal.fd >= 0)

@@ -35,6 +35,9 @@ std::vector<JournalEntry> ParseJournal(const QByteArray& bytes, int64_t* soundEn
 QString JournalPathFor(const QString& imagePath);
 // The changes a journal holds; none when there is no journal.
 std::vector<JournalEntry> ReadJournalFile(const QString& journalPath);
+// The changes to imagePath that were done, in the order they were made: the ones its
+// history numbers from 1.
+std::vector<JournalEntry> DoneChanges(const QString& imagePath);
 
 struct Journal {
     QString path; // set at the first change

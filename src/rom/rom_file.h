@@ -1,6 +1,7 @@
 #pragma once
 // The open ROM image: a file kept open for positioned reads and writes in place.
-// The image is never loaded whole and never truncated.
+// The image is never loaded whole; its length changes only to put back what a change
+// appended or cut.
 #include <QString>
 #include <cstdint>
 
