@@ -6,16 +6,6 @@
 namespace {
 // How far above or left of the pixels a kept header may lie: further apart, no frame fits.
 constexpr int kMaxKeptMargin = 256;
-
-QRect DrawnBox(const PixelGrid& pixels)
-{
-    QRect box;
-    for (int y = 0; y < pixels.height; ++y)
-        for (int x = 0; x < pixels.width; ++x)
-            if (pixels.At(x, y) != kNoPixel)
-                box |= QRect(x, y, 1, 1);
-    return box;
-}
 }
 
 PlacedPixels PlaceAtOrigin(const ArtFrame& current, const PixelGrid& pixels, QPoint origin)

@@ -17,6 +17,10 @@ constexpr int kActBytes = 256 * 3;
 
 QString Extension(const QString& fileName) { return QFileInfo(fileName).suffix().toLower(); }
 QString Shown(const QString& fileName) { return QDir::toNativeSeparators(fileName); }
+QString UnknownFormatText(const QString& fileName)
+{
+    return QStringLiteral("%1: unknown palette format; name it .gpl, .act, .tpl, .png or .bmp").arg(Shown(fileName));
+}
 ScreenColor SlotScreen(const Palette& palette, int slot) { return WordToScreen(palette.colors[size_t(slot)]); }
 
 QByteArray GplBytes(const Palette& palette, const QString& name)
@@ -134,7 +138,7 @@ std::optional<QByteArray> PaletteFileBytes(const Palette& palette, const QString
         return TplPaletteBytes(palette);
     if (extension == "png" || extension == "bmp")
         return PictureBytes(palette, extension == "png" ? "png" : "bmp");
-    errorText = QStringLiteral("%1: unknown palette format; name it .gpl, .act, .tpl, .png or .bmp").arg(Shown(fileName));
+    errorText = UnknownFormatText(fileName);
     return std::nullopt;
 }
 
@@ -142,7 +146,7 @@ std::optional<PaletteColors> ReadPaletteFile(const QString& fileName, QString& e
 {
     QFile file(fileName);
     if (!IsPaletteFileName(fileName)) {
-        errorText = QStringLiteral("%1: unknown palette format; name it .gpl, .act, .tpl, .png or .bmp").arg(Shown(fileName));
+        errorText = UnknownFormatText(fileName);
         return std::nullopt;
     }
     if (!file.open(QIODevice::ReadOnly)) {

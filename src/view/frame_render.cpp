@@ -28,11 +28,7 @@ FramePixels RenderFramePixels(const ArtFrame& frame)
     ForEachPixel(frame, [&all](int x, int y, int value) {
         all.grid.At(x - all.origin.x(), y - all.origin.y()) = Drawn(value) ? value : kNoPixel;
     });
-    QRect drawn;
-    for (int y = 0; y < all.grid.height; ++y)
-        for (int x = 0; x < all.grid.width; ++x)
-            if (all.grid.At(x, y) != kNoPixel)
-                drawn |= QRect(x, y, 1, 1);
+    const QRect drawn = DrawnBox(all.grid);
     FramePixels box{all.origin + drawn.topLeft(), MakePixelGrid(drawn.width(), drawn.height())};
     for (int y = 0; y < box.grid.height; ++y)
         for (int x = 0; x < box.grid.width; ++x)

@@ -204,8 +204,7 @@ void Form1::WireEvents()
         connect(twin.item, &QAction::triggered, s, twin.command);
     }
     // Undo and redo are keys of the window, not menu items or controls.
-    for (const QKeySequence& keys : {QKeySequence(Qt::CTRL | Qt::Key_Z)})
-        connect(new QShortcut(keys, this), &QShortcut::activated, s, &EditorSession::Undo);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z), this), &QShortcut::activated, s, &EditorSession::Undo);
     for (const QKeySequence& keys : {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)})
         connect(new QShortcut(keys, this), &QShortcut::activated, s, &EditorSession::Redo);
     Picture1->onMouseDown = [s](QPoint) { s->PressCanvas(); };
