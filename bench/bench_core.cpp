@@ -171,8 +171,8 @@ void BM_PaintMoveZoom8(benchmark::State& state)
     int i = 0;
     for (auto _ : state) {
         ++i;
-        benchmark::DoNotOptimize(PaintCanvasPoint({w.canvas, w.preview, 8}, i * 37 % kCanvasWidth,
-                                                  i * 53 % kCanvasHeight, color));
+        benchmark::DoNotOptimize(PaintFramePixel({w.canvas, w.preview, 8},
+                                                 CanvasPixelAt({i * 37 % kCanvasWidth, i * 53 % kCanvasHeight}, 8), color));
     }
 }
 BENCHMARK(BM_PaintMoveZoom8);

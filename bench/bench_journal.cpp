@@ -23,7 +23,7 @@ struct OpenDemo {
 void BM_JournaledPaletteEdit(benchmark::State& state)
 {
     OpenDemo demo;
-    Palette edited = demo.session.State().palettes[1];
+    Palette edited = demo.session.State().document.palettes[1];
     for (auto _ : state) {
         edited.colors[3] ^= 0x1F;
         if (!demo.session.ReplacePalette(1, edited, QStringLiteral("%1"), QStringLiteral("palette edit")))

@@ -1,17 +1,17 @@
 // The journal reader on arbitrary files, and what undo and revert make of what it read.
-#include "rom/journal.h"
+#include "rom/journal_file.h"
+#include "rom/rom_change.h"
 
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
-    int64_t soundEnd = -1;
-    const std::vector<JournalEntry> entries = ParseJournal(bytes, &soundEnd);
-    if (soundEnd < 0 || soundEnd > int64_t(size))
+    const JournalContents journal = ParseJournal(bytes);
+    if (journal.soundEnd < 0 || journal.soundEnd > int64_t(size) || journal.damageAt > int64_t(size))
         std::abort();
-    for (const JournalEntry& entry : entries)
-        RestoringPatches(entry);
-    RevertingPatches(entries, 1);
+    for (const JournalEntry& entry : journal.entries)
+        RestoringChange(entry);
+    RevertingChange(DoneChanges(journal), 0);
     return 0;
 }

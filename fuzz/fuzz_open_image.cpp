@@ -31,11 +31,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const int zoom = 1 + data[3] % 8;
     // The first frames of each list: later ones are read the same way, and a list of
     // noise runs to 151.
-    for (const ArtTable& table : state.artTables)
+    for (const ArtTable& table : state.document.tables)
         for (int slot = 0; slot < std::min(ListedSlotCount(table), 4); ++slot) {
-            ReadFrame(state.romFile, state.readPosition, state.currentFrame, table.pointers[size_t(slot)]);
-            DrawFrame({state.canvas, state.preview, zoom}, state.currentFrame, state.palettes[0], kPictureBackground);
-            IndexedFramePicture(RenderFramePixels(state.currentFrame), state.palettes[0]);
+            ReadFrame(state.document.file, state.readPosition, state.currentFrame, table.pointers[size_t(slot)]);
+            DrawFrame({state.canvas, state.preview, zoom}, state.currentFrame, state.document.palettes[0], kPictureBackground);
+            IndexedFramePicture(RenderFramePixels(state.currentFrame), state.document.palettes[0]);
         }
     return 0;
 }

@@ -74,13 +74,13 @@ struct SessionFixture {
     void EditColor(int box, const QString& typed)
     {
         script.Answer(Reply::Ok, typed);
-        session.PressWindowSurface(PalboxRect(box).center());
-        session.DoubleClickWindowSurface();
+        session.PickColorSlot(box);
+        session.EditColorSlot(box);
     }
     void Stroke(QPoint canvasPoint)
     {
         session.PressCanvas();
-        session.MoveOnCanvas(canvasPoint);
+        session.PaintFramePixel(CanvasPixelAt(canvasPoint, state.zoom));
         session.ReleaseCanvas();
     }
 };

@@ -4,7 +4,7 @@
 // canvas steps live only in the pictures.
 #include "palette/palette.h"
 #include "rom/art_table.h"
-#include "rom/journal.h"
+#include "rom/journal_format.h"
 
 #include <QImage>
 #include <QRect>

@@ -1,11 +1,15 @@
 #pragma once
-// The editor session: it owns the editor's state, runs every command on it, asks its
-// questions through the prompter and reports what changed, so that any front end can
-// drive it and redraw from it. Legacy handler names are given where they differ.
+// The editor session: the view and tool state on top of the open image's document. It
+// runs every editor command, asks its questions through the prompter and reports what
+// changed, so that any front end can drive it and redraw from it. The windows hit-test
+// and hand it intents: a line, a colour slot, a frame pixel.
 #include "app/editor_state.h"
 #include "app/prompter.h"
 #include "art/pixel_grid.h"
 #include "rom/rom_patch.h"
+
+#include <QFileSystemWatcher>
+#include <QTimer>
 
 #include <QObject>
 #include <QPoint>
@@ -13,33 +17,38 @@
 #include <QRect>
 #include <functional>
 
+// How often the editor looks for changes another program made to the open image.
+constexpr int kOutsideCheckMs = 500;
+
 class EditorSession : public QObject {
     Q_OBJECT
 public:
-    // Starts as the main window loads (Form_Load): zoom 5, both pictures cleared and
-    // refreshed, the transparent colour taken from the preview.
+    // Starts as the main window opens: zoom 5, both pictures cleared and refreshed, the
+    // transparent colour taken from the preview.
     explicit EditorSession(Prompter prompter, QObject* parent = nullptr);
-    ~EditorSession() override; // closes the image (Form_Terminate)
+    ~EditorSession() override; // closes the image
 
     const EditorState& State() const { return state; }
 
-    // The catalogue: menu_open_Click, and the same for a file already named.
+    // The catalogue: "Open Zelvane Rom", and the same for a file already named.
     void Open();
     void OpenFile(const QString& fileName);
-    void SelectArtEntry(int row); // List1_Click; -1 when no line is selected
-    void SelectFrame(int row);    // List2_Click
+    void SelectArtEntry(int row); // -1 when no line is selected
+    void SelectFrame(int row);
 
     // The view and the pixel tools.
-    void SetZoom(int value); // HScroll1_Change
-    void PressCanvas();      // Picture1_MouseDown
-    void MoveOnCanvas(QPoint position);
+    void SetZoom(int value);
+    // A stroke: pressed, painting frame pixels with the drawing colour, released.
+    void PressCanvas();
+    void PaintFramePixel(QPoint pixel);
     void ReleaseCanvas();
-    void ClearPictures();       // Command1, "Clr"
-    void DrawWithTransparent(); // Command2
+    void ClearPictures();       // "Clr"
+    void DrawWithTransparent(); // "Draw with transparent"
 
-    // The palette boxes on the window's surface: Form_MouseDown and Form_DblClick.
-    void PressWindowSurface(QPointF position);
-    void DoubleClickWindowSurface();
+    // The palette boxes: a press picks the drawing colour, a double click edits the
+    // slot's colour. -1 stands for a place with no box.
+    void PickColorSlot(int box);
+    void EditColorSlot(int box);
 
     void SaveArt();
     void ExportBitmap();
@@ -60,8 +69,8 @@ public:
     void Redo();
 
     // Writes to the image that any front end may ask for; refusals go to the prompter.
-    // Slot f of table t becomes a frame of pixels at position, keeping placement's right
-    // and bottom, and the entry points there.
+    // Slot f of table t becomes a frame of pixels at position (or kAtTheEnd), keeping
+    // placement's right and bottom, and the entry points there.
     bool SaveFrame(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position,
                    const QString& command = QStringLiteral("save"));
     // Palette record n takes edited's slots; 1-15 reach the image, or nothing changes.
@@ -72,6 +81,11 @@ public:
     // Puts the image back as it was before the nth change its journal keeps (from 1),
     // byte for byte and in length, as a new change. Refused with a message otherwise.
     bool RevertToBefore(int n);
+
+    // Shows what another program changed in the image since the editor last looked: the
+    // lists as the image is, the same lines selected, and the frame drawn again only
+    // when its own pixels changed. Asks nothing.
+    void FollowOutsideChanges();
 
 signals:
     void listsChanged();                                      // lines or selected lines
@@ -88,7 +102,7 @@ private:
     void ShowAllPictures();
     bool CanWriteImage(const QString& notLoadedText, const QString& readOnlyText);
     void EditBoxColor(int box);
-    bool ChangeImage(const QString& command, const std::vector<RomPatch>& patches,
+    bool ChangeImage(const QString& command, const ChangePlanner& plan,
                      const std::function<void()>& applyToCatalogue, AfterReplay after, QString& errorText);
     void Remember(HistoryStep step);
     void ForgetPainting();
@@ -105,8 +119,12 @@ private:
     void MoveSelectionCorner(QPoint position);
     int SectionZoom() const { return state.sectionChooser.slider + 1; }
     FrameSurfaces Pictures() { return {state.canvas, state.preview, state.zoom}; }
-    const Palette& CurrentPalette() const { return state.palettes[size_t(state.currentPalette)]; }
+    const Palette& CurrentPalette() const { return state.document.palettes[size_t(state.currentPalette)]; }
+
+    void WatchImage();
 
     EditorState state;
     Prompter prompter;
+    QFileSystemWatcher watcher; // the image and its journal, for changes by other programs
+    QTimer outsideCheck;        // and a look each second, where the watcher misses one
 };

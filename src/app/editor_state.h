@@ -7,7 +7,7 @@
 #include "palette/palette.h"
 #include "palette/palette_boxes.h"
 #include "rom/art_table.h"
-#include "rom/rom_file.h"
+#include "rom/rom_document.h"
 #include "view/frame_drawing.h"
 
 #include <QImage>
@@ -27,17 +27,15 @@ struct SectionChooser {
 };
 
 struct EditorState {
-    RomFile romFile; // the open image, none at start
-    Journal journal; // opened at the image's first change
-    bool romLoaded = false;
+    RomDocument document; // the open image, none at start
     int32_t readPosition = 0;
-    std::array<ArtTable, kArtTableRecords> artTables{};
+    int outsideChangesShown = 0; // of the document's outside changes, how many the lists show
+    int lastOwnChange = 0;       // the journal's number of the editor's latest change
     bool artListFilled = false;
     QStringList artLines;   // List1
     QStringList frameLines; // List2
     int artRow = -1;        // the selected lines, -1 for none
     int frameRow = -1;
-    std::array<Palette, kPaletteRecords> palettes{};
     int16_t currentPalette = 0;
     int16_t currentColor = 0;
     ArtFrame currentFrame{};
@@ -48,8 +46,6 @@ struct EditorState {
     int16_t zoom = 0;                 // set to 5 at start-up
     ScreenColor transparentColor = 0; // taken from the preview at start-up
     bool drawing = false;
-    int16_t mouseX = 0;
-    int16_t mouseY = 0;
     QImage importedPicture;
     QString bitmapFile;
     SectionChooser sectionChooser;

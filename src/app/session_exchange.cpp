@@ -15,7 +15,7 @@ bool SameFile(const QString& a, const QString& b) { return QFileInfo(a).absolute
 
 void EditorSession::ExportBitmap()
 {
-    if (!state.romLoaded) {
+    if (!IsDocumentOpen(state.document)) {
         Refuse(prompter, kOpenRomFirst);
         return;
     }
@@ -29,7 +29,7 @@ void EditorSession::ExportBitmap()
 
 void EditorSession::ExportUncompressedArt()
 {
-    if (!state.romLoaded) {
+    if (!IsDocumentOpen(state.document)) {
         Refuse(prompter, kOpenRomFirst);
         return;
     }
@@ -67,7 +67,7 @@ void EditorSession::ExportTplPalette(const QString& artFile)
 
 void EditorSession::ImportBitmap()
 {
-    if (!state.romLoaded) {
+    if (!IsDocumentOpen(state.document)) {
         Refuse(prompter, QStringLiteral("How will you import it if there is no rom loaded that contains the art to overwrite?"));
         return;
     }

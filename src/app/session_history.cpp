@@ -18,11 +18,11 @@ CatalogueChange Difference(const CatalogueCopy& before, const EditorState& after
 {
     CatalogueChange change;
     for (int i = 0; i < kArtTableRecords; ++i)
-        if (!Same(before.tables[size_t(i)], after.artTables[size_t(i)]))
-            change.tables.push_back({i, {before.tables[size_t(i)], after.artTables[size_t(i)]}});
+        if (!Same(before.tables[size_t(i)], after.document.tables[size_t(i)]))
+            change.tables.push_back({i, {before.tables[size_t(i)], after.document.tables[size_t(i)]}});
     for (int i = 0; i < kPaletteRecords; ++i)
-        if (!Same(before.palettes[size_t(i)], after.palettes[size_t(i)]))
-            change.palettes.push_back({i, {before.palettes[size_t(i)], after.palettes[size_t(i)]}});
+        if (!Same(before.palettes[size_t(i)], after.document.palettes[size_t(i)]))
+            change.palettes.push_back({i, {before.palettes[size_t(i)], after.document.palettes[size_t(i)]}});
     return change;
 }
 
@@ -63,14 +63,25 @@ void PutBack(PictureSurface& surface, const QRect& rect, const QImage& part)
 }
 }
 
-bool EditorSession::ChangeImage(const QString& command, const std::vector<RomPatch>& patches,
+bool EditorSession::ChangeImage(const QString& command, const ChangePlanner& plan,
                                 const std::function<void()>& applyToCatalogue, AfterReplay after, QString& errorText)
 {
-    ImageStep step{command, patches, 0, {}, {}, after};
-    const CatalogueCopy before{state.artTables, state.palettes};
-    if (!CommitChange(state.journal, state.romFile, command, patches, -1, step.entry, errorText))
+    ImageStep step{command, {}, 0, {}, {}, after};
+    CatalogueCopy before;
+    // The catalogue and the plan as they stand under the lock, after any outside change.
+    auto keepPlan = [&](const RomDocument& document, QString& refusal) {
+        before = {document.tables, document.palettes};
+        std::optional<PlannedChange> change = plan(document, refusal);
+        if (change)
+            step.patches = change->patches;
+        return change;
+    };
+    const bool done = ChangeDocument(state.document, command, keepPlan, step.entry, errorText);
+    FollowOutsideChanges();
+    if (!done)
         return false;
-    step.lengthAfter = RomLength(state.romFile);
+    state.lastOwnChange = step.entry.number;
+    step.lengthAfter = step.entry.newLength;
     applyToCatalogue();
     step.catalogue = Difference(before, state);
     Remember(std::move(step));
@@ -131,7 +142,7 @@ void EditorSession::ChangeWholePictures(const std::function<void()>& change)
 void EditorSession::ShowCatalogueChange(const ImageStep& step)
 {
     if (step.after == AfterReplay::RereadTables)
-        ReadArtTables(state.romFile, state.readPosition, state.artTables, 7);
+        ReadArtTables(state.document.file, state.readPosition, state.document.tables, 7);
     FillArtLists(state.frameRow);
     if (step.after == AfterReplay::RedrawFrame)
         RefreshView();
@@ -139,28 +150,44 @@ void EditorSession::ShowCatalogueChange(const ImageStep& step)
 
 bool EditorSession::ReplayImageStep(const ImageStep& step, bool forward)
 {
-    const std::vector<RomPatch> restoring = RestoringPatches(step.entry);
-    const bool untouched = forward ? ImageHolds(state.romFile, restoring, step.entry.oldLength)
-                                   : ImageHolds(state.romFile, step.patches, step.lengthAfter);
-    QString errorText = QStringLiteral("the image was changed since, outside this editor.");
-    JournalEntry entry;
-    if (!state.romFile.writable || !untouched
-        || !CommitChange(state.journal, state.romFile, (forward ? QStringLiteral("redo ") : QStringLiteral("undo ")) + step.command,
-                         forward ? step.patches : restoring, forward ? step.lengthAfter : step.entry.oldLength, entry, errorText)) {
+    const PlannedChange change = forward ? PlannedChange{step.patches, step.lengthAfter} : RestoringChange(step.entry);
+    // Only the image as the step left it (or found it), with no change since, is replayed.
+    auto plan = [&](const RomDocument& document, QString& refusal) -> std::optional<PlannedChange> {
+        const bool untouched = IsLastChange(document, state.lastOwnChange)
+                               && (forward ? ImageHolds(document.file, RestoringChange(step.entry).patches, step.entry.oldLength)
+                                           : ImageHolds(document.file, step.patches, step.lengthAfter));
+        refusal = QStringLiteral("the image was changed since, outside this editor.");
+        return untouched ? std::optional<PlannedChange>(change) : std::nullopt;
+    };
+    JournalEntry made;
+    QString errorText;
+    const bool done = ChangeDocument(state.document, (forward ? QStringLiteral("redo ") : QStringLiteral("undo ")) + step.command,
+                                     plan, made, errorText);
+    FollowOutsideChanges();
+    if (!done) {
         Refuse(prompter, QStringLiteral("The %1 was not %2: %3").arg(step.command, forward ? "redone" : "undone", errorText));
         return false;
     }
+    state.lastOwnChange = made.number;
     for (const auto& [i, tables] : step.catalogue.tables)
-        state.artTables[size_t(i)] = forward ? tables.second : tables.first;
+        state.document.tables[size_t(i)] = forward ? tables.second : tables.first;
     for (const auto& [i, palettes] : step.catalogue.palettes)
-        state.palettes[size_t(i)] = forward ? palettes.second : palettes.first;
+        state.document.palettes[size_t(i)] = forward ? palettes.second : palettes.first;
     ShowCatalogueChange(step);
     return true;
 }
 
-void EditorSession::Undo() { Replay(state.history.done, state.history.undone, false); }
-void EditorSession::Redo() { Replay(state.history.undone, state.history.done, true); }
+void EditorSession::Undo()
+{
+    if (!state.drawing)
+        Replay(state.history.done, state.history.undone, false);
+}
 
+void EditorSession::Redo()
+{
+    if (!state.drawing)
+        Replay(state.history.undone, state.history.done, true);
+}
 // Takes the last step of from, undoes or redoes it, and keeps it on to.
 void EditorSession::Replay(std::vector<HistoryStep>& from, std::vector<HistoryStep>& to, bool forward)
 {
@@ -182,18 +209,16 @@ void EditorSession::Replay(std::vector<HistoryStep>& from, std::vector<HistorySt
 
 bool EditorSession::RevertToBefore(int n)
 {
-    const std::vector<JournalEntry> done = DoneChanges(state.romFile.fileName);
-    QString errorText = QStringLiteral("the journal of %1 keeps %2 changes; there is no change %3.")
-                            .arg(state.romFile.fileName).arg(done.size()).arg(n);
-    JournalEntry entry;
-    if (n < 1 || n > int(done.size())
-        || !CommitChange(state.journal, state.romFile, QStringLiteral("revert to before change %1").arg(n),
-                         RevertingPatches(done, n), done[size_t(n - 1)].oldLength, entry, errorText)) {
+    JournalEntry made;
+    QString errorText;
+    const bool done = RevertDocument(state.document, n, made, errorText);
+    FollowOutsideChanges();
+    if (!done) {
         Refuse(prompter, QStringLiteral("Nothing was reverted: %1").arg(errorText));
         return false;
     }
-    ReadArtTables(state.romFile, state.readPosition, state.artTables, kArtTableCount);
-    ReadPalettes(state.romFile, state.readPosition, state.palettes);
+    ReadArtTables(state.document.file, state.readPosition, state.document.tables, kArtTableCount);
+    ReadPalettes(state.document.file, state.readPosition, state.document.palettes);
     state.history = EditHistory{};
     FillArtLists(state.frameRow);
     return true;

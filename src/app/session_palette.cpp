@@ -1,29 +1,29 @@
 // Picking the drawing colour from the palette boxes and typing new palette colours.
 #include "app/editor_session.h"
+#include "palette/palette_change.h"
 
 #include <cmath>
 
 bool EditorSession::CanWriteImage(const QString& notLoadedText, const QString& readOnlyText)
 {
-    if (!state.romLoaded)
+    if (!IsDocumentOpen(state.document))
         Refuse(prompter, notLoadedText);
-    else if (!state.romFile.writable)
-        Refuse(prompter, readOnlyText.arg(state.romFile.fileName));
-    return state.romLoaded && state.romFile.writable;
+    else if (!state.document.file.writable)
+        Refuse(prompter, readOnlyText.arg(state.document.file.fileName));
+    return IsDocumentOpen(state.document) && state.document.file.writable;
 }
 
-void EditorSession::PressWindowSurface(QPointF position)
+void EditorSession::PickColorSlot(int box)
 {
-    state.mouseX = int16_t(std::nearbyint(position.x())); // halves to even
-    state.mouseY = int16_t(std::nearbyint(position.y()));
-    if (const int box = PaletteBoxAt(state.mouseX, state.mouseY); box >= 0)
+    if (box >= 0 && box < kPaletteBoxes)
         state.currentColor = int16_t(box);
     ShowColbox();
 }
 
-void EditorSession::DoubleClickWindowSurface()
+void EditorSession::EditColorSlot(int box)
 {
-    if (const int box = PaletteBoxAt(state.mouseX, state.mouseY); box >= 0)
+    FollowOutsideChanges();
+    if (box >= 0 && box < kPaletteBoxes)
         EditBoxColor(box);
     RefreshView();
 }
@@ -47,11 +47,8 @@ bool EditorSession::ReplacePalette(int n, const Palette& edited, const QString& 
                                    AfterReplay after)
 {
     QString errorText = QStringLiteral("No ROM image is open.");
-    if (state.romLoaded && edited.position + kPaletteBytes > RomLength(state.romFile))
-        errorText = QStringLiteral("the palette at %1 lies beyond the end of the file, which is not made longer for it.")
-                        .arg(QString::number(edited.position, 16).toUpper());
-    else if (state.romLoaded && ChangeImage(command, {PalettePatch(edited)}, [&] { state.palettes[size_t(n)] = edited; },
-                                            after, errorText))
+    if (IsDocumentOpen(state.document)
+        && ChangeImage(command, PalettePlanner(edited), [&] { state.document.palettes[size_t(n)] = edited; }, after, errorText))
         return true;
     Refuse(prompter, failureText.arg(errorText));
     return false;

@@ -20,7 +20,7 @@ std::optional<int32_t> AskSavePosition(const Prompter& prompter, int64_t fileLen
     QString errorText;
     std::optional<int32_t> position;
     if (answer == Reply::Yes) {
-        position = AppendPosition(fileLength, errorText);
+        position = AppendPosition(fileLength, errorText) ? std::optional<int32_t>(kAtTheEnd) : std::nullopt;
     } else {
         const QString typed = AskText(prompter, QStringLiteral("Enter a position to save it to"), kEditorTitle);
         if (typed.trimmed().isEmpty())
@@ -37,10 +37,10 @@ void EditorSession::SaveArt()
 {
     if (!CanWriteImage(kNothingToSave, kCannotSaveInto))
         return;
-    if (const std::optional<int32_t> position = AskSavePosition(prompter, RomLength(state.romFile)))
+    if (const std::optional<int32_t> position = AskSavePosition(prompter, RomLength(state.document.file)))
         SaveFrame(std::max(state.artRow, 0), std::max(state.frameRow, 0), state.currentFrame,
                   MatchPicture(state.preview.image, CurrentPalette(), state.transparentColor), *position);
-    ReadArtTables(state.romFile, state.readPosition, state.artTables, 7);
+    ReadArtTables(state.document.file, state.readPosition, state.document.tables, 7);
     // The frame the user sees stays selected, so a second save addresses it again.
     FillArtLists(state.frameRow);
 }
@@ -51,13 +51,14 @@ bool EditorSession::SaveFrame(int t, int f, const ArtFrame& placement, const Pix
     if (!CanWriteImage(kNothingToSave, kCannotSaveInto))
         return false;
     QString errorText;
-    std::optional<FrameSavePlan> plan = PlanFrameSave(state.artTables[size_t(t)], f, placement, pixels, position, errorText);
-    auto pointAtIt = [&] { SetFramePointer(state.artTables[size_t(t)], f, position); };
-    if (plan && ChangeImage(command, plan->patches, pointAtIt, AfterReplay::RereadTables, errorText)) {
-        state.currentFrame = plan->frame;
-        state.readPosition = int32_t(uint32_t(position) + uint32_t(plan->patches.back().bytes.size() - 2));
+    FrameSaveOutcome saved;
+    auto pointAtIt = [&] { SetFramePointer(state.document.tables[size_t(t)], f, saved.position); };
+    if (ChangeImage(command, FrameSavePlanner(t, f, placement, pixels, position, saved), pointAtIt, AfterReplay::RereadTables,
+                    errorText)) {
+        state.currentFrame = saved.plan->frame;
+        state.readPosition = int32_t(uint32_t(saved.position) + uint32_t(saved.plan->patches.back().bytes.size() - 2));
         return true;
     }
-    Refuse(prompter, plan ? QStringLiteral("The art was not saved: %1").arg(errorText) : errorText);
+    Refuse(prompter, saved.refused ? errorText : QStringLiteral("The art was not saved: %1").arg(errorText));
     return false;
 }

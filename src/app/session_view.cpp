@@ -9,7 +9,7 @@ EditorSession::EditorSession(Prompter prompter, QObject* parent) : QObject(paren
     state.transparentColor = ScreenColor(SurfacePixel(state.preview, 0, 0));
 }
 
-EditorSession::~EditorSession() { CloseRomFile(state.romFile); }
+EditorSession::~EditorSession() { CloseDocument(state.document); }
 
 void EditorSession::ShowAllPictures() { emit picturesChanged(state.canvas.image.rect(), state.preview.image.rect()); }
 
@@ -30,10 +30,10 @@ void EditorSession::ColorPaletteBoxes(const Palette& palette)
 // Reads the selected frame anew, so painting that was not saved is gone.
 void EditorSession::RefreshView()
 {
-    if (state.romLoaded) {
+    if (IsDocumentOpen(state.document)) {
         const int t = std::max(state.artRow, 0);
         const int f = std::max(state.frameRow, 0);
-        ReadFrame(state.romFile, state.readPosition, state.currentFrame, state.artTables[size_t(t)].pointers[size_t(f)]);
+        ReadFrame(state.document.file, state.readPosition, state.currentFrame, state.document.tables[size_t(t)].pointers[size_t(f)]);
         ForgetPainting();
         ClearSurface(state.canvas);
         ClearSurface(state.preview);
@@ -61,13 +61,12 @@ void EditorSession::PressCanvas()
     BeginCanvasStep();
 }
 
-void EditorSession::MoveOnCanvas(QPoint position)
+void EditorSession::PaintFramePixel(QPoint pixel)
 {
     if (!state.drawing)
         return;
     const ScreenColor color = ConsoleToScreen(CurrentPalette(), state.currentColor, state.transparentColor);
-    const QPoint pixel(NearestImagePixel(position.x(), state.zoom), NearestImagePixel(position.y(), state.zoom));
-    const QRect canvasRect = PaintCanvasPoint(Pictures(), position.x(), position.y(), color);
+    const QRect canvasRect = ::PaintFramePixel(Pictures(), pixel, color);
     const QRect previewRect = QRect(pixel, QSize(1, 1)).intersected(state.preview.image.rect());
     state.strokeBefore.canvasRect |= canvasRect;
     state.strokeBefore.previewRect |= previewRect;

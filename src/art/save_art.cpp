@@ -60,3 +60,17 @@ std::optional<FrameSavePlan> PlanFrameSave(const ArtTable& table, int f, const A
     plan.patches = {FramePointerPatch(pointed, f), {position, FrameBytes(plan.frame)}};
     return plan;
 }
+
+ChangePlanner FrameSavePlanner(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position,
+                               FrameSaveOutcome& outcome)
+{
+    return [=, &outcome](const RomDocument& document, QString& errorText) -> std::optional<PlannedChange> {
+        const std::optional<int32_t> at = position == kAtTheEnd ? AppendPosition(RomLength(document.file), errorText) : position;
+        if (at && t >= 0 && t < kArtTableCount) {
+            outcome.position = *at;
+            outcome.plan = PlanFrameSave(document.tables[size_t(t)], f, placement, pixels, *at, errorText);
+        }
+        outcome.refused = !outcome.plan;
+        return outcome.plan ? std::optional<PlannedChange>({outcome.plan->patches, -1}) : std::nullopt;
+    };
+}

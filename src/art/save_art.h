@@ -2,7 +2,7 @@
 // Placing an edited frame in the image and pointing its table entry at it.
 #include "art/frame_encoder.h"
 #include "rom/art_table.h"
-#include "rom/rom_patch.h"
+#include "rom/rom_document.h"
 
 #include <optional>
 
@@ -28,3 +28,19 @@ struct FrameSavePlan {
 // position. Nothing (with errorText) when the slot or the frame does not fit.
 std::optional<FrameSavePlan> PlanFrameSave(const ArtTable& table, int f, const ArtFrame& placement,
                                            const PixelGrid& pixels, int32_t position, QString& errorText);
+
+// A save's position when the frame goes at the end of the file, as long as the file is
+// when the change is made.
+constexpr int32_t kAtTheEnd = -1;
+
+// What a frame save planned, once it is planned.
+struct FrameSaveOutcome {
+    std::optional<FrameSavePlan> plan;
+    int32_t position = 0;
+    bool refused = false; // the frame or its position was refused, not the change
+};
+
+// Plans slot f of table t as the frame of pixels at position (or kAtTheEnd), on the
+// image as it stands when the change is made.
+ChangePlanner FrameSavePlanner(int t, int f, const ArtFrame& placement, const PixelGrid& pixels, int32_t position,
+                               FrameSaveOutcome& outcome);

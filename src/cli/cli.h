@@ -1,11 +1,12 @@
 #pragma once
 // The command line's commands and what they share: how they report, how they read
-// their arguments, and the image they work on through an editor session.
-#include "app/editor_session.h"
+// their arguments, and the image they work on through its document.
+#include "rom/rom_document.h"
 
 #include <QCommandLineParser>
 #include <QStringList>
 #include <memory>
+#include <optional>
 
 constexpr int kDone = 0;    // the command did what was asked
 constexpr int kRefused = 1; // the input was refused or a file failed; one line says why
@@ -38,16 +39,23 @@ QString HelpText(const CommandHelp& help);
 // A decimal number from the command line, or nothing.
 std::optional<int> DecimalArgument(const QString& text);
 
-// The image a command works on: a session whose messages go to stderr.
+// The image a command works on.
 struct CliImage {
     QString path;
-    std::unique_ptr<EditorSession> session;
-    const EditorState& State() const { return session->State(); }
+    RomDocument document;
+    ~CliImage() { CloseDocument(document); }
 };
 
-// Opens path in a new session; nothing (after one line on stderr) when it cannot be
-// opened, or, with forWriting, when it cannot be written.
+// Opens path as a document, each note of the opening one line on stderr; nothing
+// (after one line) when it cannot be opened, or, with forWriting, cannot be written.
 std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting);
+
+// Makes one journaled change; a refusal is one line, failureText with the reason.
+int ChangeImage(CliImage& image, const QString& command, const ChangePlanner& plan, const QString& failureText);
+
+// One line on stderr about the image: the text as it is when it names the image,
+// else behind the image's path.
+int FailAbout(const QString& path, const QString& text);
 
 // While it lives, what libraries print to stderr (a picture decoder's complaints) goes
 // nowhere: each command says what went wrong in its own one line.

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
@@ -53,16 +54,31 @@ std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting)
     }
     auto image = std::make_unique<CliImage>();
     image->path = path;
-    image->session = std::make_unique<EditorSession>([path](const Prompt& prompt) {
-        if (prompt.kind == PromptKind::Message)
-            Fail(prompt.text.contains(QFileInfo(path).fileName()) ? prompt.text
-                                                                   : QDir::toNativeSeparators(path) + ": " + prompt.text);
-        return PromptAnswer{};
-    });
-    image->session->OpenFile(path);
-    if (!image->State().romLoaded)
+    QStringList notes;
+    QString errorText;
+    if (!OpenDocument(image->document, path, notes, errorText)) {
+        Fail(QStringLiteral("Cannot open %1: %2").arg(QFileInfo(path).fileName(), errorText));
         return nullptr;
+    }
+    if (!image->document.catalogueWhole)
+        notes << QStringLiteral("%1 is too short for a Zelvane ROM or its art tables are damaged. What could be read is "
+                                "shown; the rest reads as empty.").arg(QFileInfo(path).fileName());
+    for (const QString& note : notes)
+        FailAbout(path, note);
     return image;
+}
+
+int FailAbout(const QString& path, const QString& text)
+{
+    return Fail(text.contains(QFileInfo(path).fileName()) ? text : QDir::toNativeSeparators(path) + ": " + text);
+}
+
+int ChangeImage(CliImage& image, const QString& command, const ChangePlanner& plan, const QString& failureText)
+{
+    JournalEntry made;
+    QString errorText;
+    return ChangeDocument(image.document, command, plan, made, errorText) ? kDone
+                                                                           : FailAbout(image.path, failureText.arg(errorText));
 }
 
 QuietStderr::QuietStderr() : saved(::dup(2))

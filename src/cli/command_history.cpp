@@ -1,7 +1,6 @@
 // zelvane-art history and revert: the changes the image's journal keeps, and putting
 // the image back as it was before one of them.
 #include "cli/cli.h"
-#include "rom/journal.h"
 
 #include <QDateTime>
 #include <cstdio>
@@ -9,15 +8,19 @@
 namespace {
 const CommandHelp kHistoryHelp{
     "history", "ROM", "List the changes made to ROM, as its journal keeps them.",
-    "One line each, numbered from 1 in the order they were made: the number, the time, the\n"
-    "command, the ranges it wrote (position+length, hexadecimal) and how many bytes in all. The\n"
-    "journal is ROM.zelvane-journal beside the image, or in ~/.local/state/zelvane-art/journals\n"
-    "when the image's folder cannot be written.",
+    "One line each on stdout, numbered from 1 in the order they were made: the number, the time,\n"
+    "the command, the ranges it wrote (position+length, hexadecimal) and how many bytes in all.\n"
+    "Notes go to stderr: damage in the journal, a journal kept aside and the changes it holds, a\n"
+    "change interrupted and not put back, a journal that does not match the image. The journal is\n"
+    "ROM.zelvane-journal beside the image, or in ~/.local/state/zelvane-art/journals when the\n"
+    "image's folder cannot be written.",
     1};
 const CommandHelp kRevertHelp{
     "revert", "ROM N", "Put ROM back as it was before change N of its history.",
     "Every byte written since change N gets back the value it had before it, and the file its\n"
-    "length. The revert is itself a change in the history, so it can be reverted in turn.",
+    "length. The revert is itself a change in the history, so it can be reverted in turn. It is\n"
+    "refused when the image is not as the journal's last change left it, and for a change in a\n"
+    "journal kept aside or at or before damage in the journal.",
     2};
 }
 
@@ -29,15 +32,18 @@ int RunHistory(const QStringList& args)
     const std::unique_ptr<CliImage> image = OpenImage(parser.positionalArguments()[0], false);
     if (!image)
         return kRefused;
-    int n = 0;
-    for (const JournalEntry& change : DoneChanges(image->path)) {
+    const JournalContents& journal = image->document.journal;
+    if (journal.firstNumber > 1)
+        Fail(QStringLiteral("note: changes 1 to %1 are in the journal kept aside as %2, and cannot be reverted")
+                 .arg(journal.firstNumber - 1).arg(journal.carriesOn));
+    for (const JournalEntry& change : DocumentHistory(image->document)) {
         int64_t bytes = 0;
         QStringList ranges;
         for (const JournalRange& range : change.ranges) {
             bytes += range.length;
             ranges << QStringLiteral("%1+%2").arg(range.position, 0, 16).arg(range.length, 0, 16).toUpper();
         }
-        std::printf("%d  %s  %s  %s  %lld bytes\n", ++n,
+        std::printf("%d  %s  %s  %s  %lld bytes\n", change.number,
                     qPrintable(QDateTime::fromMSecsSinceEpoch(change.time).toString("yyyy-MM-dd HH:mm:ss")),
                     qPrintable(change.command), qPrintable(ranges.join(u' ')), qint64(bytes));
     }
@@ -56,5 +62,11 @@ int RunRevert(const QStringList& args)
         return kUsage;
     }
     const std::unique_ptr<CliImage> image = OpenImage(parser.positionalArguments()[0], true);
-    return image && image->session->RevertToBefore(*n) ? kDone : kRefused;
+    if (!image)
+        return kRefused;
+    JournalEntry made;
+    QString errorText;
+    return RevertDocument(image->document, *n, made, errorText)
+               ? kDone
+               : FailAbout(image->path, QStringLiteral("Nothing was reverted: %1").arg(errorText));
 }

@@ -76,7 +76,7 @@ QString ReadRequest(const QCommandLineParser& parser, InsertRequest& request)
 
 std::optional<int32_t> TargetPosition(const InsertRequest& request, const CliImage& image)
 {
-    const int64_t length = RomLength(image.State().romFile);
+    const int64_t length = RomLength(image.document.file);
     QString errorText;
     const std::optional<int32_t> position =
         request.at ? TypedSavePosition(*request.at, length, errorText) : AppendPosition(length, errorText);
@@ -88,11 +88,11 @@ std::optional<int32_t> TargetPosition(const InsertRequest& request, const CliIma
 // The frame already there, when it shows exactly what the plan would write.
 bool AlreadyThere(const CliImage& image, const InsertRequest& request, const FrameSavePlan& plan, int32_t position)
 {
-    if (image.State().artTables[size_t(request.table)].pointers[size_t(request.slot)] != position)
+    if (image.document.tables[size_t(request.table)].pointers[size_t(request.slot)] != position)
         return false;
     ArtFrame there;
     int32_t readPosition = 0;
-    if (ReadFrame(image.State().romFile, readPosition, there, position) != FrameRead::Complete)
+    if (ReadFrame(image.document.file, readPosition, there, position) != FrameRead::Complete)
         return false;
     const FramePixels old = RenderFramePixels(there), planned = RenderFramePixels(plan.frame);
     return old.origin == planned.origin && old.grid.width == planned.grid.width && old.grid.cells == planned.grid.cells;
@@ -114,7 +114,7 @@ void WarnWhenTheListRunsOn(const CliImage& image, const InsertRequest& request, 
     ArtTable table;
     int32_t readPosition = 0;
     if (request.slot != 0 || position == oldEntry
-        || ReadArtTable(image.State().romFile, readPosition, table, kArtTablePositions[size_t(request.table)])
+        || ReadArtTable(image.document.file, readPosition, table, kArtTablePositions[size_t(request.table)])
                != TableEnd::FirstFrameReached)
         return;
     std::fprintf(stderr, "zelvane-art: note: table %d's list ends where its frame 0 begins; with frame 0 elsewhere, "
@@ -123,10 +123,10 @@ void WarnWhenTheListRunsOn(const CliImage& image, const InsertRequest& request, 
 
 int Insert(CliImage& image, const InsertRequest& request)
 {
-    const EditorState& state = image.State();
+    const RomDocument& state = image.document;
     const QString rom = QDir::toNativeSeparators(image.path);
     if (request.table < 0 || request.table >= kArtTableCount || request.slot < 0
-        || request.slot >= ListedSlotCount(state.artTables[size_t(request.table)]))
+        || request.slot >= ListedSlotCount(state.tables[size_t(request.table)]))
         return Fail(QStringLiteral("%1: table %2 lists no slot %3").arg(rom).arg(request.table).arg(request.slot));
     QImage picture;
     QString errorText;
@@ -143,14 +143,14 @@ int Insert(CliImage& image, const InsertRequest& request)
     const std::optional<int32_t> position = TargetPosition(request, image);
     if (!position)
         return kRefused;
-    const int32_t oldEntry = state.artTables[size_t(request.table)].pointers[size_t(request.slot)];
+    const int32_t oldEntry = state.tables[size_t(request.table)].pointers[size_t(request.slot)];
     ArtFrame current;
     int32_t readPosition = 0;
-    ReadFrame(state.romFile, readPosition, current, oldEntry);
+    ReadFrame(state.file, readPosition, current, oldEntry);
     const std::optional<QPoint> origin = request.origin ? request.origin : RecordedOrigin(request.picture);
     const PlacedPixels placed = origin ? PlaceAtOrigin(current, *pixels, *origin) : PlacedPixels{current, *pixels};
     const std::optional<FrameSavePlan> plan =
-        PlanFrameSave(state.artTables[size_t(request.table)], request.slot, placed.placement, placed.pixels, *position, errorText);
+        PlanFrameSave(state.tables[size_t(request.table)], request.slot, placed.placement, placed.pixels, *position, errorText);
     if (!plan)
         return Fail(QDir::toNativeSeparators(request.picture) + ": " + errorText);
     WarnWhenTheListRunsOn(image, request, *position, oldEntry);
@@ -164,9 +164,11 @@ int Insert(CliImage& image, const InsertRequest& request)
     }
     const QString command = QStringLiteral("insert %1 as table %2 slot %3")
                                 .arg(QFileInfo(request.picture).fileName()).arg(request.table).arg(request.slot);
-    return image.session->SaveFrame(request.table, request.slot, placed.placement, placed.pixels, *position, command)
-               ? kDone
-               : kRefused;
+    FrameSaveOutcome saved;
+    return ChangeImage(image, command,
+                       FrameSavePlanner(request.table, request.slot, placed.placement, placed.pixels,
+                                        request.at ? *position : kAtTheEnd, saved),
+                       QStringLiteral("The art was not saved: %1"));
 }
 }
 

@@ -3,6 +3,7 @@
 #include "cli/cli.h"
 #include "exchange/palette_files.h"
 #include "exchange/uncompressed_art.h"
+#include "palette/palette_change.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -32,7 +33,7 @@ int Export(const CliImage& image, int table, const QString& file)
 {
     QString errorText;
     const std::optional<QByteArray> bytes =
-        PaletteFileBytes(image.State().palettes[size_t(table)], file, QStringLiteral("Zelvane table %1").arg(table), errorText);
+        PaletteFileBytes(image.document.palettes[size_t(table)], file, QStringLiteral("Zelvane table %1").arg(table), errorText);
     return bytes && WriteWholeFile(file, *bytes, errorText) ? kDone : Fail(errorText);
 }
 
@@ -42,12 +43,10 @@ int Import(CliImage& image, int table, const QString& file)
     const std::optional<PaletteColors> colors = ReadPaletteFile(file, errorText);
     if (!colors)
         return Fail(errorText);
-    Palette edited = image.State().palettes[size_t(table)];
+    Palette edited = image.document.palettes[size_t(table)];
     std::copy(colors->begin(), colors->end(), edited.colors.begin());
-    return image.session->ReplacePalette(table, edited, QStringLiteral("The palette was not written: %1"),
-                                         QStringLiteral("palette import %1").arg(QFileInfo(file).fileName()))
-               ? kDone
-               : kRefused;
+    return ChangeImage(image, QStringLiteral("palette import %1").arg(QFileInfo(file).fileName()), PalettePlanner(edited),
+                       QStringLiteral("The palette was not written: %1"));
 }
 }
 

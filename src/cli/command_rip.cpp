@@ -31,7 +31,7 @@ const CommandHelp kHelp{
 
 struct Rip {
     QDir dir;
-    const EditorState& state;
+    const RomDocument& state;
     bool progress = false;
     QJsonArray frames = {};
     QList<std::pair<Palette, QString>> palettes = {}; // distinct ones, and their base names
@@ -102,13 +102,13 @@ std::optional<QString> PaletteFiles(Rip& rip, int n)
 
 bool RipFrame(Rip& rip, int n, int slot, const QString& paletteName)
 {
-    const int32_t offset = rip.state.artTables[size_t(n)].pointers[size_t(slot)];
+    const int32_t offset = rip.state.tables[size_t(n)].pointers[size_t(slot)];
     QJsonObject entry{{"table", n}, {"slot", slot}, {"offset", double(uint32_t(offset))}};
     ArtFrame frame;
     int32_t readPosition = 0;
-    if (offset < 0 || offset >= RomLength(rip.state.romFile)) {
+    if (offset < 0 || offset >= RomLength(rip.state.file)) {
         entry["reason"] = QStringLiteral("the entry holds no position inside the image");
-    } else if (ReadFrame(rip.state.romFile, readPosition, frame, offset) != FrameRead::Complete) {
+    } else if (ReadFrame(rip.state.file, readPosition, frame, offset) != FrameRead::Complete) {
         entry["reason"] = QStringLiteral("the frame runs past the end of the image or past what a frame can hold");
     } else {
         const FramePixels pixels = RenderFramePixels(frame);
@@ -130,7 +130,7 @@ bool RipTable(Rip& rip, int n)
     const std::optional<QString> paletteName = PaletteFiles(rip, n);
     if (!paletteName || !MakeFolder(rip, QStringLiteral("table%1").arg(n, 2, 10, QChar(u'0'))))
         return false;
-    for (int slot = 0; slot < ListedSlotCount(rip.state.artTables[size_t(n)]); ++slot)
+    for (int slot = 0; slot < ListedSlotCount(rip.state.tables[size_t(n)]); ++slot)
         if (!RipFrame(rip, n, slot, *paletteName))
             return false;
     return true;
@@ -157,9 +157,9 @@ int RunRip(const QStringList& args)
     const QString dirPath = parser.positionalArguments()[1];
     if (!QDir().mkpath(dirPath))
         return Fail(QStringLiteral("%1: the folder cannot be created").arg(QDir::toNativeSeparators(dirPath)));
-    Rip rip{QDir(dirPath), image->State(), !parser.isSet(QStringLiteral("quiet")) && ::isatty(2)};
+    Rip rip{QDir(dirPath), image->document, !parser.isSet(QStringLiteral("quiet")) && ::isatty(2)};
     for (int n : *tables)
-        rip.total += ListedSlotCount(rip.state.artTables[size_t(n)]);
+        rip.total += ListedSlotCount(rip.state.tables[size_t(n)]);
     for (int n : *tables)
         if (!RipTable(rip, n))
             return Fail(rip.errorText);

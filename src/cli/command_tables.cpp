@@ -1,5 +1,6 @@
 // zelvane-art tables: the 14 art tables, how each list ended, and the frames it lists.
 #include "cli/cli.h"
+#include "art/art_frame.h"
 #include "rom/art_lists.h"
 
 #include <QJsonArray>
@@ -38,15 +39,15 @@ QJsonObject FrameJson(const RomFile& rom, int slot, int32_t offset)
             {"bytes", whole ? double(int64_t(readPosition) - offset + 2) : 0.0}, {"whole", whole}};
 }
 
-QJsonObject TableJson(const EditorState& state, int n)
+QJsonObject TableJson(const RomDocument& state, int n)
 {
     ArtTable reread;
     int32_t readPosition = 0;
-    const TableEnd end = ReadArtTable(state.romFile, readPosition, reread, kArtTablePositions[size_t(n)]);
-    const ArtTable& table = state.artTables[size_t(n)];
+    const TableEnd end = ReadArtTable(state.file, readPosition, reread, kArtTablePositions[size_t(n)]);
+    const ArtTable& table = state.tables[size_t(n)];
     QJsonArray frames;
     for (int slot = 0; slot < ListedSlotCount(table); ++slot)
-        frames.append(FrameJson(state.romFile, slot, table.pointers[size_t(slot)]));
+        frames.append(FrameJson(state.file, slot, table.pointers[size_t(slot)]));
     return {{"table", n}, {"position", table.position}, {"ended", EndText(end)}, {"frames", frames}};
 }
 
@@ -85,7 +86,7 @@ int RunTables(const QStringList& args)
         return kRefused;
     QJsonArray tables;
     for (int n = 0; n < kArtTableCount; ++n)
-        tables.append(TableJson(image->State(), n));
+        tables.append(TableJson(image->document, n));
     if (parser.isSet(QStringLiteral("json")))
         std::fputs(QJsonDocument(QJsonObject{{"tables", tables}}).toJson(QJsonDocument::Indented).constData(), stdout);
     else

@@ -1,5 +1,7 @@
 #include "palette/palette_boxes.h"
 
+#include <cmath>
+
 #include "rom/hex_answer.h"
 
 const QRect kColboxRect(584, 200, 29, 29);
@@ -18,3 +20,8 @@ int PaletteBoxAt(int x, int y)
 }
 
 ScreenColor TypedColor(const QString& answer) { return ScreenColor(ReadHexAnswer(answer).value & 0xFFFFFF); }
+
+int PaletteBoxUnder(QPointF position)
+{
+    return PaletteBoxAt(int(std::nearbyint(position.x())), int(std::nearbyint(position.y())));
+}

@@ -1,10 +1,14 @@
 #include "rom/rom_file.h"
 
+#include <QElapsedTimer>
+#include <QFile>
+
 #include <cerrno>
 #include <csignal>
 #include <optional>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -162,4 +166,40 @@ bool TruncateRom(RomFile& rom, int64_t length, QString& errorText)
         }
     }
     return true;
+}
+
+int LockImage(const RomFile& rom, int waitMs, QString& errorText)
+{
+    const int lock = ::open(QByteArray("/proc/self/fd/" + QByteArray::number(rom.fd)).constData(), O_RDONLY | O_CLOEXEC);
+    if (lock < 0) {
+        errorText = SystemErrorText(errno);
+        return -1;
+    }
+    QElapsedTimer waited;
+    waited.start();
+    while (::flock(lock, LOCK_EX | LOCK_NB) != 0) {
+        const bool busy = errno == EWOULDBLOCK || errno == EINTR;
+        if (!busy || waited.elapsed() >= waitMs) {
+            errorText = busy ? QStringLiteral("another program has been writing to %1 for %2 s; nothing was written, try again")
+                                   .arg(rom.fileName).arg(waitMs / 1000.0)
+                             : SystemErrorText(errno);
+            ::close(lock);
+            return -1;
+        }
+        ::usleep(2000);
+    }
+    return lock;
+}
+
+void UnlockImage(int lock)
+{
+    if (lock >= 0)
+        ::close(lock);
+}
+
+bool IsSameFileAs(const RomFile& rom, const QString& fileName)
+{
+    struct stat open {}, named {};
+    return ::fstat(rom.fd, &open) == 0 && ::stat(QFile::encodeName(fileName).constData(), &named) == 0
+           && open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }

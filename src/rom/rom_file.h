@@ -54,3 +54,13 @@ inline void PutBigEndian16(uint8_t* p, uint16_t v) { p[0] = uint8_t(v >> 8); p[1
 inline void PutBigEndian32(uint8_t* p, uint32_t v) {
     p[0] = uint8_t(v >> 24); p[1] = uint8_t(v >> 16); p[2] = uint8_t(v >> 8); p[3] = uint8_t(v);
 }
+
+// Every change, and putting back an interrupted one, holds the image's exclusive lock:
+// flock on the image itself, which is never renamed, so every name of it shares one
+// lock. The lock is taken through a descriptor of its own, so that it dies with the
+// process that holds it even where a child shares the image's descriptor. Waits up to
+// waitMs for another writer. Gives that descriptor, or -1 with errorText.
+int LockImage(const RomFile& rom, int waitMs, QString& errorText);
+void UnlockImage(int lock);
+// Whether the image is the file its name now leads to, and not one replaced since.
+bool IsSameFileAs(const RomFile& rom, const QString& fileName);

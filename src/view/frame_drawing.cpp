@@ -35,10 +35,13 @@ int NearestImagePixel(int position, int zoom)
     return quotient;
 }
 
-QRect PaintCanvasPoint(FrameSurfaces surfaces, int x, int y, ScreenColor color)
+QRect PaintFramePixel(FrameSurfaces surfaces, QPoint pixel, ScreenColor color)
 {
-    const int column = NearestImagePixel(x, surfaces.zoom);
-    const int row = NearestImagePixel(y, surfaces.zoom);
-    SetSurfacePixel(surfaces.preview, column, row, color);
-    return FillSurfaceRect(surfaces.canvas, ZoomBlock(column, row, surfaces.zoom), color);
+    SetSurfacePixel(surfaces.preview, pixel.x(), pixel.y(), color);
+    return FillSurfaceRect(surfaces.canvas, ZoomBlock(pixel.x(), pixel.y(), surfaces.zoom), color);
+}
+
+QPoint CanvasPixelAt(QPoint canvasPoint, int zoom)
+{
+    return {NearestImagePixel(canvasPoint.x(), zoom), NearestImagePixel(canvasPoint.y(), zoom)};
 }

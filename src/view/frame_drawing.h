@@ -24,6 +24,9 @@ void DrawFrame(FrameSurfaces surfaces, const ArtFrame& frame, const Palette& pal
 // x / zoom to the nearest whole number, halves to the even one.
 int NearestImagePixel(int position, int zoom);
 
-// Paints the image pixel nearest to canvas point (x, y); returns the canvas
-// rectangle that changed.
-QRect PaintCanvasPoint(FrameSurfaces surfaces, int x, int y, ScreenColor color);
+// Paints one pixel of the frame picture and its block on the canvas; returns the
+// canvas rectangle that changed.
+QRect PaintFramePixel(FrameSurfaces surfaces, QPoint pixel, ScreenColor color);
+
+// The frame picture's pixel under a point of the zoomed canvas.
+QPoint CanvasPixelAt(QPoint canvasPoint, int zoom);

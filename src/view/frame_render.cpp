@@ -51,3 +51,9 @@ QImage IndexedFramePicture(const FramePixels& pixels, const Palette& palette)
                 picture.setPixel(x, y, uint(value));
     return picture;
 }
+
+bool DrawsSame(const ArtFrame& a, const ArtFrame& b)
+{
+    const FramePixels first = RenderFramePixels(a), second = RenderFramePixels(b);
+    return first.origin == second.origin && first.grid.width == second.grid.width && first.grid.cells == second.grid.cells;
+}

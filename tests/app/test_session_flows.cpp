@@ -33,10 +33,10 @@ private slots:
         QCOMPARE(f.state.frameLines.size(), 7); // six frames and the end marker, which draws nothing
         QCOMPARE(f.state.frameLines.last(), QStringLiteral("FF000000"));
         QCOMPARE(f.state.currentPalette, int16_t(3));
-        QCOMPARE(f.state.currentFrame.romOffset, f.state.artTables[3].pointers[4]);
+        QCOMPARE(f.state.currentFrame.romOffset, f.state.document.tables[3].pointers[4]);
         QVERIFY(CountNot(f.state.preview, kPictureBackground) > 100);
         QCOMPARE(f.state.palboxColors[0], ScreenColor(0)); // box 0 stays black
-        QCOMPARE(f.state.palboxColors[5], ConsoleToScreen(f.state.palettes[3], 5, kPictureBackground));
+        QCOMPARE(f.state.palboxColors[5], ConsoleToScreen(f.state.document.palettes[3], 5, kPictureBackground));
         f.session.SelectFrame(6);
         QCOMPARE(CountNot(f.state.preview, kPictureBackground), 0);
         // Reopening keeps the art list and its selection; another entry shows its frame 0.
@@ -45,7 +45,7 @@ private slots:
         f.session.SelectFrame(1);
         f.session.SelectArtEntry(0);
         QCOMPARE(f.state.frameRow, -1);
-        QCOMPARE(f.state.currentFrame.romOffset, f.state.artTables[0].pointers[0]);
+        QCOMPARE(f.state.currentFrame.romOffset, f.state.document.tables[0].pointers[0]);
         // Selecting the selected line again reads the frame anew: painting is gone.
         const QImage shown = f.state.preview.image;
         f.Stroke({0, 0});
@@ -57,21 +57,21 @@ private slots:
     {
         SessionFixture f;
         f.Show(1);
-        f.session.PressWindowSurface(PalboxRect(7).center());
-        f.session.PressWindowSurface({583.5, 71.5}); // rounded to box 0's corner, not cut
-        f.session.PressWindowSurface({599, 90});     // between boxes: the colour stays
+        f.session.PickColorSlot(PaletteBoxUnder(PalboxRect(7).center()));
+        f.session.PickColorSlot(PaletteBoxUnder({583.5, 71.5})); // rounded to box 0's corner, not cut
+        f.session.PickColorSlot(PaletteBoxUnder({599, 90}));     // between boxes: the colour stays
         QCOMPARE(f.state.currentColor, int16_t(0));
-        QCOMPARE(f.state.colboxColor, ConsoleToScreen(f.state.palettes[1], 0, kPictureBackground));
+        QCOMPARE(f.state.colboxColor, ConsoleToScreen(f.state.document.palettes[1], 0, kPictureBackground));
         f.session.SetZoom(2);
         f.session.ClearPictures();
-        f.session.PressWindowSurface(PalboxRect(6).center());
-        f.session.MoveOnCanvas({30, 30}); // no stroke begun
+        f.session.PickColorSlot(PaletteBoxUnder(PalboxRect(6).center()));
+        f.session.PaintFramePixel(CanvasPixelAt({30, 30}, f.state.zoom)); // no stroke begun
         f.session.PressCanvas();
         for (const QPoint p : {QPoint(3, 0), QPoint(5, 0), QPoint(7, 1)}) // halves go to the even pixel
-            f.session.MoveOnCanvas(p);
+            f.session.PaintFramePixel(CanvasPixelAt(p, f.state.zoom));
         f.session.ReleaseCanvas();
-        f.session.MoveOnCanvas({40, 40});
-        const ScreenColor color = ConsoleToScreen(f.state.palettes[1], 6, 0);
+        f.session.PaintFramePixel(CanvasPixelAt({40, 40}, f.state.zoom));
+        const ScreenColor color = ConsoleToScreen(f.state.document.palettes[1], 6, 0);
         QVERIFY(SurfacePixel(f.state.preview, 2, 0) == color && SurfacePixel(f.state.preview, 4, 0) == color);
         QVERIFY(CountNot(f.state.preview, kPictureBackground) == 2 && CountNot(f.state.canvas, kPictureBackground) == 2 * 4);
     }
@@ -102,13 +102,13 @@ private slots:
         else if (how != "none")
             f.session.OpenFile(f.romPath);
         const QByteArray before = f.RomBytes();
-        const Palette palette = f.state.palettes[0];
+        const Palette palette = f.state.document.palettes[0];
         InjectWriteFault(how == "fault" ? 3 : 0, WriteFault::DiskFull); // after the new journal's two
         f.EditColor(5, how == "cancel" ? QString() : QStringLiteral("FFFFFF"));
         ClearWriteFault();
         QVERIFY2(f.script.asked.last().endsWith(said), qPrintable(f.script.asked.last()));
         QCOMPARE(f.RomBytes(), before);
-        QCOMPARE(f.state.palettes[0].colors, palette.colors);
+        QCOMPARE(f.state.document.palettes[0].colors, palette.colors);
     }
 
     void save_data()
@@ -135,7 +135,7 @@ private slots:
         QFETCH(SaveCase, c);
         SessionFixture f;
         f.Show(1, 0);
-        f.session.PressWindowSurface(PalboxRect(4).center());
+        f.session.PickColorSlot(PaletteBoxUnder(PalboxRect(4).center()));
         f.Stroke({10, 10});
         const QByteArray before = f.RomBytes();
         f.script.asked.clear();
@@ -158,7 +158,7 @@ private slots:
             PutWord32(expected, 0xB18BC, uint32_t(c.position) + kCartridgeBase);
         }
         QCOMPARE(f.RomBytes(), expected);
-        QCOMPARE(f.state.artTables[1].pointers[0], c.position >= 0 ? c.position : int32_t(BigEndian32(reinterpret_cast<const uint8_t*>(before.constData()) + 0xB18BC) - kCartridgeBase));
+        QCOMPARE(f.state.document.tables[1].pointers[0], c.position >= 0 ? c.position : int32_t(BigEndian32(reinterpret_cast<const uint8_t*>(before.constData()) + 0xB18BC) - kCartridgeBase));
     }
 
     void exports()
@@ -173,8 +173,8 @@ private slots:
         f.session.ExportUncompressedArt(); // naming the art file again for the palette is refused
         f.session.ExportUncompressedArt();
         QCOMPARE(QImage(bmp).convertToFormat(QImage::Format_RGB32), f.state.preview.image);
-        QCOMPARE(FileBytes(art), UncompressedArtBytes(f.state.preview, f.state.palettes[5], kPictureBackground));
-        QCOMPARE(FileBytes(tpl), TplPaletteBytes(f.state.palettes[5]));
+        QCOMPARE(FileBytes(art), UncompressedArtBytes(f.state.preview, f.state.document.palettes[5], kPictureBackground));
+        QCOMPARE(FileBytes(tpl), TplPaletteBytes(f.state.document.palettes[5]));
         QCOMPARE(f.script.asked.mid(0, 5), (QStringList{
             "save Export Bitmap File: Bitmap Files|*.bmp|All Files|*.*",
             "save Export Uncompressed Art File: Uncompressed Art (dat)|*.dat|Uncompressed Art (bin)|*.bin|All Files|*.*",
@@ -207,8 +207,8 @@ private slots:
         const std::vector<QRgb> colors = SixteenColors();
         const ConsoleColor fifteen = ScreenToConsole(RgbToScreen(colors[15]));
         QCOMPARE(FileBytes(f.romPath).mid(0x22923E + 28, 2), QByteArray{} + char(fifteen >> 8) + char(fifteen));
-        QVERIFY(f.state.sectionChooser.shown && f.state.palettes[1].colors[15] == fifteen);
-        QCOMPARE(f.state.palboxColors[1], ConsoleToScreen(f.state.palettes[8], 1, kPictureBackground));
+        QVERIFY(f.state.sectionChooser.shown && f.state.document.palettes[1].colors[15] == fifteen);
+        QCOMPARE(f.state.palboxColors[1], ConsoleToScreen(f.state.document.palettes[8], 1, kPictureBackground));
         // One to one, the samples sit one pixel inside the frame's line: a drag from (2, 3) to
         // (6, 5) copies the 3 x 1 pixels strictly between. (The window test drags at z = 2.)
         f.session.SetSectionZoom(0);

@@ -10,7 +10,7 @@
 namespace {
 constexpr int kPalette1 = 0x22923E;
 
-std::vector<JournalEntry> JournalOf(const SessionFixture& f) { return ReadJournalFile(f.romPath + ".zelvane-journal"); }
+std::vector<JournalEntry> JournalOf(const SessionFixture& f) { return ParseJournal(FileBytes(f.romPath + ".zelvane-journal")).entries; }
 
 // One command picked at random, with random answers to its questions.
 void RandomCommand(SessionFixture& f, std::mt19937& random, const QString& bitmap)
@@ -20,7 +20,7 @@ void RandomCommand(SessionFixture& f, std::mt19937& random, const QString& bitma
     const std::function<void()> commands[] = {
         [&] { f.session.SelectArtEntry(pick(14)); },
         [&] { f.session.SelectFrame(pick(int(f.state.frameLines.size()))); },
-        [&] { f.session.PressWindowSurface(PalboxRect(pick(16)).center()); f.Stroke({pick(245), pick(205)}); },
+        [&] { f.session.PickColorSlot(PaletteBoxUnder(PalboxRect(pick(16)).center())); f.Stroke({pick(245), pick(205)}); },
         [&] { f.EditColor(pick(16), pick(4) ? QString::number(random() & 0xFFFFFF, 16) : QString()); }, // or cancelled
         [&] { f.script.Answer(Reply::Ok, bitmap).Answer(pick(2) ? Reply::Yes : Reply::No); f.session.ImportBitmap(); f.session.CopySection(); },
         [&] { // at the end, at a position that may lie beyond it, or cancelled
@@ -74,18 +74,18 @@ private slots:
         f.session.Undo(); // Clr
         f.session.Undo(); // the save: length, last byte and entry back
         QCOMPARE(f.RomBytes(), edited);
-        QCOMPARE(f.state.artTables[8].pointers[1], int32_t(BigEndian32(reinterpret_cast<const uint8_t*>(original.constData()) + 0x11F7AC) - kCartridgeBase));
+        QCOMPARE(f.state.document.tables[8].pointers[1], int32_t(BigEndian32(reinterpret_cast<const uint8_t*>(original.constData()) + 0x11F7AC) - kCartridgeBase));
         f.session.Undo(); // the second stroke
         QCOMPARE(f.state.preview.image, redrawn);
         f.session.Undo(); // the palette edit, drawn in the old colour again
         QCOMPARE(f.RomBytes(), original);
-        QCOMPARE(f.state.palettes[8].colors[3], ConsoleColor(uint8_t(original[kPalette1 + 4]) << 8 | uint8_t(original[kPalette1 + 5])));
+        QCOMPARE(f.state.document.palettes[8].colors[3], ConsoleColor(uint8_t(original[kPalette1 + 4]) << 8 | uint8_t(original[kPalette1 + 5])));
         f.session.Undo(); // nothing left: the first stroke went with the redraw
         QCOMPARE(f.state.preview.image, shown);
         QVERIFY(painted != shown);
 
         f.session.Redo();
-        QCOMPARE(f.state.palettes[8].colors[3], ConsoleColor(0x001F));
+        QCOMPARE(f.state.document.palettes[8].colors[3], ConsoleColor(0x001F));
         for (int i = 0; i < 4; ++i)
             f.session.Redo();
         QCOMPARE(f.RomBytes(), saved);

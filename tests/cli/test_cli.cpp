@@ -144,7 +144,7 @@ private slots:
         SessionFixture editor;
         WriteFileBytes(editor.romPath, GeneratedImage());
         editor.Show(5, 1);
-        editor.session.PressWindowSurface(PalboxRect(9).center());
+        editor.session.PickColorSlot(PaletteBoxUnder(PalboxRect(9).center()));
         editor.Stroke({40, 45});
         const QString picture = dir.filePath("painted.png");
         QVERIFY(editor.state.preview.image.save(picture));

@@ -76,20 +76,25 @@ private slots:
         }
     }
 
-    void tornJournalIsReadToTheTear()
+    void damageIsToldFromATornTail()
     {
         SessionFixture f;
         RunCommand(f, "append");
         RunCommand(f, "palette edit");
         const QByteArray journal = FileBytes(f.romPath + ".zelvane-journal");
-        QCOMPARE(ParseJournal(journal).size(), size_t(2));
-        // Cut or damaged anywhere, the journal is read no further than that place.
-        for (qsizetype at = 0; at < journal.size(); ++at) {
-            int64_t soundEnd = -1;
-            QVERIFY(ParseJournal(journal.left(at), &soundEnd).size() <= 2 && soundEnd <= at);
+        QCOMPARE(ParseJournal(journal).entries.size(), size_t(2));
+        // The last done mark: a 12-byte head and its kind. A flipped bit in its payload or
+        // the payload's check may be a tear; in its length, or the length's check, it cannot.
+        const qsizetype magic = 16, lastPayloadCheck = journal.size() - 13 + 8;
+        // Cut anywhere, the journal is sound up to the cut; one flipped bit before that is
+        // damage, never a torn tail, and nothing is read past it.
+        for (qsizetype at = magic; at < journal.size(); ++at) {
+            const JournalContents cut = ParseJournal(journal.left(at));
+            QVERIFY(!IsDamaged(cut) && cut.entries.size() <= 2 && cut.soundEnd <= at);
             QByteArray damaged = journal;
             damaged[at] = char(damaged[at] ^ 0x40);
-            QVERIFY(ParseJournal(damaged, &soundEnd).size() <= 2 && soundEnd <= at);
+            const JournalContents flipped = ParseJournal(damaged);
+            QVERIFY2(flipped.soundEnd <= at && IsDamaged(flipped) == (at < lastPayloadCheck), qPrintable(QString::number(at)));
         }
     }
 };

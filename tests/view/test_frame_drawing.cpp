@@ -75,8 +75,8 @@ private slots:
         QCOMPARE(QList<int>({NearestImagePixel(-3, 5), NearestImagePixel(-8, 5), NearestImagePixel(-5, 2)}), QList<int>({-1, -2, -2}));
         // A block at the canvas's edge is cut there; a point left of both pictures paints nothing.
         Pictures p;
-        QCOMPARE(PaintCanvasPoint(p.At(8), 244, 200, SlotColor(7)), QRect(240, 200, 5, 5));
-        QCOMPARE(PaintCanvasPoint(p.At(5), -3, 0, SlotColor(7)), QRect());
+        QCOMPARE(PaintFramePixel(p.At(8), CanvasPixelAt({244, 200}, 8), SlotColor(7)), QRect(240, 200, 5, 5));
+        QCOMPARE(PaintFramePixel(p.At(5), CanvasPixelAt({-3, 0}, 5), SlotColor(7)), QRect());
         QCOMPARE(CountNot(p.preview, kPictureBackground), 1);
     }
 };

@@ -208,10 +208,10 @@ void Form1::WireEvents()
     for (const QKeySequence& keys : {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)})
         connect(new QShortcut(keys, this), &QShortcut::activated, s, &EditorSession::Redo);
     Picture1->onMouseDown = [s](QPoint) { s->PressCanvas(); };
-    Picture1->onMouseMove = [s](QPoint p) { s->MoveOnCanvas(p); };
+    Picture1->onMouseMove = [s](QPoint p) { s->PaintFramePixel(CanvasPixelAt(p, s->State().zoom)); };
     Picture1->onMouseUp = [s](QPoint) { s->ReleaseCanvas(); };
-    surface->onMouseDown = [s](QPointF p) { s->PressWindowSurface(p); };
-    surface->onDoubleClick = [s] { s->DoubleClickWindowSurface(); };
+    surface->onPickSlot = [s](int box) { s->PickColorSlot(box); };
+    surface->onEditSlot = [s](int box) { s->EditColorSlot(box); };
 }
 
 void Form1::WireSession()

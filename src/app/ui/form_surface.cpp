@@ -32,12 +32,15 @@ void FormSurface::paintEvent(QPaintEvent*)
 void FormSurface::mousePressEvent(QMouseEvent* event)
 {
     // Presses that land on a control (a group box's frame, a label) are the control's.
-    if (childAt(event->position().toPoint()) == nullptr && onMouseDown)
-        onMouseDown(event->position());
+    if (childAt(event->position().toPoint()) != nullptr)
+        return;
+    pressedBox = PaletteBoxUnder(event->position());
+    if (onPickSlot)
+        onPickSlot(pressedBox);
 }
 
 void FormSurface::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (childAt(event->position().toPoint()) == nullptr && onDoubleClick)
-        onDoubleClick();
+    if (childAt(event->position().toPoint()) == nullptr && onEditSlot)
+        onEditSlot(pressedBox);
 }

@@ -1,6 +1,7 @@
 #pragma once
 // The main window's own surface: it draws the editor frame, the palette boxes and
-// the current-colour box, and takes the presses and double-clicks that reach it.
+// the current-colour box, and finds the palette box under the presses and double-clicks
+// that reach it. A double click edits the box its press was on.
 #include "app/editor_state.h"
 
 #include <QWidget>
@@ -10,8 +11,8 @@ class FormSurface : public QWidget {
 public:
     FormSurface(QWidget* parent, const EditorState& state);
 
-    std::function<void(QPointF)> onMouseDown;
-    std::function<void()> onDoubleClick;
+    std::function<void(int box)> onPickSlot; // -1: no box
+    std::function<void(int box)> onEditSlot;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -20,4 +21,5 @@ protected:
 
 private:
     const EditorState& state;
+    int pressedBox = -1;
 };

@@ -64,7 +64,7 @@ private slots:
         QTest::mousePress(e.form.surface, Qt::LeftButton, {}, PalboxRect(4).center());
         Drag(e.form.Picture1, {10, 10}, {10, 10});
         const QRgb painted = e.PreviewPixel(2, 2);
-        QCOMPARE(painted, ScreenToRgb(ConsoleToScreen(e.state.palettes[1], 4, kPictureBackground)));
+        QCOMPARE(painted, ScreenToRgb(ConsoleToScreen(e.state.document.palettes[1], 4, kPictureBackground)));
         // The canvas shows pixel (2, 2)'s block in device pixels: twice as many at scale 2.
         const int scale = int(e.form.devicePixelRatio());
         const QImage shown = e.form.Picture1->grab().toImage();
@@ -102,7 +102,7 @@ private slots:
         // and frame 1 the section's indices.
         e.Show(1, 0);
         QCOMPARE(e.state.currentFrame.romOffset, 0x1F0000);
-        QCOMPARE(e.PreviewPixel(2, 2), ScreenToRgb(ConsoleToScreen(e.state.palettes[1], 4, kPictureBackground)));
+        QCOMPARE(e.PreviewPixel(2, 2), ScreenToRgb(ConsoleToScreen(e.state.document.palettes[1], 4, kPictureBackground)));
         Editor::Click(e.form.List2, 1);
         QCOMPARE(e.state.currentFrame.lines[1].pixels[3], int16_t((5 + 4) % 15 + 1));
         // The real dialogs showed the titles and buttons the prompts named.
