@@ -10,6 +10,8 @@
 #include "view/ui/picture_box.h"
 
 #include <QAction>
+#include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -107,8 +109,12 @@ void Drag(QWidget* target, QPoint from, QPoint to)
     QTest::mouseRelease(target, Qt::LeftButton, {}, to + border);
 }
 
-void GuideSession(Form1& form, const QString& demo, const QString& bitmap, const QString& work)
+// Everything happens in the demo image's folder, which the editor starts in, so the file
+// dialogs show the image and what the session writes beside it, nothing of the machine.
+void GuideSession(Form1& form, const QString& demo, const QString& bitmap)
 {
+    const QString folder = QFileInfo(demo).absolutePath();
+    QDir::setCurrent(folder);
     Choose(demo, "01-open");
     form.menu_open->trigger();
     Click(form.List1, 1);
@@ -127,13 +133,17 @@ void GuideSession(Form1& form, const QString& demo, const QString& bitmap, const
     Press(QMessageBox::No);
     Type("1F0000", "06-save-position");
     form.save_art->click();
-    Choose(work + "/frame.bmp", "07-export-bitmap");
+    Choose(folder + "/frame.bmp", "07-export-bitmap");
     form.export_bitmap->click();
-    Choose(work + "/frame.dat");
+    Choose(folder + "/frame.dat");
     Press(QMessageBox::Yes, "08-export-tiles");
-    Choose(work + "/frame.TPL");
+    Choose(folder + "/frame.TPL");
     form.export_uart->click();
-    Choose(bitmap, "09-import-open");
+    // The bitmap arrives only now, so the export dialogs did not show it.
+    const QString imported = folder + "/" + QFileInfo(bitmap).fileName();
+    if (!QFile::copy(bitmap, imported))
+        qFatal("cannot put %s beside the image", qPrintable(bitmap));
+    Choose(imported, "09-import-open");
     Press(QMessageBox::No);
     form.load_bitmap->click();
     form.sectionDialog->move(form.geometry().topRight() + QPoint(12, 0));
@@ -142,6 +152,11 @@ void GuideSession(Form1& form, const QString& demo, const QString& bitmap, const
     Shot("10-import-section");
     form.sectionDialog->OKButton->click();
     Shot("11-import-done");
+    // Ctrl+Z is a shortcut of the window: it fires only while the window is active, and
+    // with no window manager closing the chooser activates nothing.
+    form.activateWindow();
+    if (!QTest::qWaitForWindowActive(&form))
+        qFatal("the main window did not become active");
     QTest::keyClick(&form, Qt::Key_Z, Qt::ControlModifier);
     Shot("12-undo");
 }
@@ -152,13 +167,13 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     StyleApplication(app);
     const QStringList args = app.arguments().mid(1);
-    const bool session = args.value(0) == "session" && args.size() == 5;
+    const bool session = args.value(0) == "session" && args.size() == 4;
     if (!session && !(args.value(0) == "show" && args.size() == 6)) {
-        std::fprintf(stderr, "usage: guide_shots session OUTPUT_FOLDER IMAGE BITMAP WORK_FOLDER\n"
+        std::fprintf(stderr, "usage: guide_shots session OUTPUT_FOLDER IMAGE BITMAP\n"
                              "       guide_shots show OUTPUT_FOLDER IMAGE TABLE FRAME NAME\n");
         return 2;
     }
-    outputFolder = args[1];
+    outputFolder = QFileInfo(args[1]).absoluteFilePath();
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, AnswerDialogs);
     poll.start(20);
@@ -167,7 +182,7 @@ int main(int argc, char** argv)
     form.show();
     (void)QTest::qWaitForWindowExposed(&form);
     if (session) {
-        GuideSession(form, args[2], args[3], args[4]);
+        GuideSession(form, args[2], args[3]);
         return 0;
     }
     form.session.OpenFile(args[2]);

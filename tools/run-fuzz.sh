@@ -43,18 +43,23 @@ export ASAN_OPTIONS=detect_leaks=0:abort_on_error=1 UBSAN_OPTIONS=print_stacktra
 make_seeds "build-fuzz/seeds" "build-fuzz/demo/zelvane-demo.bin"
 mkdir -p build-fuzz/findings
 total=0
+root=$PWD
 for target in "${targets[@]}"; do
+  # libFuzzer writes its workers' logs (fuzz-N.log, even for one job) and, without a
+  # prefix, its findings into the folder it runs in: here a folder of build-fuzz.
+  workers="build-fuzz/workers/$target"
+  rm -rf "$workers" && mkdir -p "$workers" "build-fuzz/corpus/$target"
   # Every earlier finding first: each must now pass.
   if [ -d "fuzz/regressions/$target" ]; then
-    build-fuzz/fuzz/fuzz_"$target" fuzz/regressions/"$target"/* >"build-fuzz/regressions-$target.log" 2>&1 \
-      || { tail -40 "build-fuzz/regressions-$target.log"; exit 1; }
+    log="build-fuzz/regressions-$target.log"
+    (cd "$workers" && "$root/build-fuzz/fuzz/fuzz_$target" -artifact_prefix="$root/build-fuzz/findings/$target-" \
+      "$root/fuzz/regressions/$target"/*) >"$log" 2>&1 || { tail -40 "$log"; exit 1; }
   fi
-  mkdir -p "build-fuzz/corpus/$target"
   log="build-fuzz/fuzz-$target.log"
-  build-fuzz/fuzz/fuzz_"$target" "build-fuzz/corpus/$target" "build-fuzz/seeds/$target" \
+  # The main process copies each worker's log into its own output when the worker ends.
+  (cd "$workers" && "$root/build-fuzz/fuzz/fuzz_$target" "$root/build-fuzz/corpus/$target" "$root/build-fuzz/seeds/$target" \
     -max_total_time="$seconds" -jobs="$jobs" -workers="$jobs" -max_len=4096 -print_final_stats=1 \
-    -artifact_prefix="build-fuzz/findings/$target-" >"$log" 2>&1 || { tail -40 "$log"; exit 1; }
-  [ "$jobs" -gt 1 ] && cat fuzz-*.log >>"$log" 2>/dev/null && rm -f fuzz-*.log
+    -artifact_prefix="$root/build-fuzz/findings/$target-") >"$log" 2>&1 || { tail -40 "$log"; exit 1; }
   runs=$(grep -h 'stat::number_of_executed_units' "$log" | awk '{s += $2} END {print s + 0}')
   cover=$(grep -ho 'cov: [0-9]*' "$log" | tail -1)
   echo "fuzz_$target: $runs executions in ${seconds}s, $cover"
