@@ -10,7 +10,7 @@ bool OpenRomImage(EditorState& state, const QString& fileName, OpenReport& repor
     CloseDocument(state.document);
     state.history = EditHistory{};
     state.document = opened;
-    report.recovery = notes.join(u'\n');
+    report.recovery = (notes + JournalNotes(opened)).join(u'\n');
     report.catalogueWhole = opened.catalogueWhole;
     return true;
 }

@@ -43,15 +43,20 @@ std::optional<int> DecimalArgument(const QString& text);
 struct CliImage {
     QString path;
     RomDocument document;
+    QStringList notes; // what became of an interrupted change: a writer says it once its change is made
     ~CliImage() { CloseDocument(document); }
 };
 
-// Opens path as a document, each note of the opening one line on stderr; nothing
-// (after one line) when it cannot be opened, or, with forWriting, cannot be written.
+// Opens path as a document; nothing (after one line on stderr) when it cannot be
+// opened, or, with forWriting, cannot be written. A reader says each note of the
+// opening in a line of its own; a writer says them after its change, as a refused
+// change says in its one line what stood in its way.
 std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting);
 
 // Makes one journaled change; a refusal is one line, failureText with the reason.
 int ChangeImage(CliImage& image, const QString& command, const ChangePlanner& plan, const QString& failureText);
+// The end of a writing command: done, with the opening's notes, or refused in one line.
+int Finish(const CliImage& image, bool done, const QString& refusal);
 
 // One line on stderr about the image: the text as it is when it names the image,
 // else behind the image's path.

@@ -54,7 +54,7 @@ std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting)
     }
     auto image = std::make_unique<CliImage>();
     image->path = path;
-    QStringList notes;
+    QStringList& notes = image->notes;
     QString errorText;
     if (!OpenDocument(image->document, path, notes, errorText)) {
         Fail(QStringLiteral("Cannot open %1: %2").arg(QFileInfo(path).fileName(), errorText));
@@ -63,7 +63,7 @@ std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting)
     if (!image->document.catalogueWhole)
         notes << QStringLiteral("%1 is too short for a Zelvane ROM or its art tables are damaged. What could be read is "
                                 "shown; the rest reads as empty.").arg(QFileInfo(path).fileName());
-    for (const QString& note : notes)
+    for (const QString& note : forWriting ? QStringList() : notes + JournalNotes(image->document))
         FailAbout(path, note);
     return image;
 }
@@ -77,8 +77,17 @@ int ChangeImage(CliImage& image, const QString& command, const ChangePlanner& pl
 {
     JournalEntry made;
     QString errorText;
-    return ChangeDocument(image.document, command, plan, made, errorText) ? kDone
-                                                                           : FailAbout(image.path, failureText.arg(errorText));
+    const bool done = ChangeDocument(image.document, command, plan, made, errorText);
+    return Finish(image, done, failureText.arg(errorText));
+}
+
+int Finish(const CliImage& image, bool done, const QString& refusal)
+{
+    if (!done)
+        return FailAbout(image.path, refusal);
+    for (const QString& note : image.notes)
+        FailAbout(image.path, note);
+    return kDone;
 }
 
 QuietStderr::QuietStderr() : saved(::dup(2))

@@ -34,8 +34,9 @@ int RunHistory(const QStringList& args)
         return kRefused;
     const JournalContents& journal = image->document.journal;
     if (journal.firstNumber > 1)
-        Fail(QStringLiteral("note: changes 1 to %1 are in the journal kept aside as %2, and cannot be reverted")
-                 .arg(journal.firstNumber - 1).arg(journal.carriesOn));
+        Fail(QStringLiteral("note: %1 in the journal kept aside as %2, and cannot be reverted")
+                 .arg(journal.firstNumber == 2 ? QStringLiteral("change 1 is") : QStringLiteral("changes 1 to %1 are").arg(journal.firstNumber - 1),
+                      journal.carriesOn));
     for (const JournalEntry& change : DocumentHistory(image->document)) {
         int64_t bytes = 0;
         QStringList ranges;
@@ -66,7 +67,6 @@ int RunRevert(const QStringList& args)
         return kRefused;
     JournalEntry made;
     QString errorText;
-    return RevertDocument(image->document, *n, made, errorText)
-               ? kDone
-               : FailAbout(image->path, QStringLiteral("Nothing was reverted: %1").arg(errorText));
+    const bool done = RevertDocument(image->document, *n, made, errorText);
+    return Finish(*image, done, QStringLiteral("Nothing was reverted: %1").arg(errorText));
 }

@@ -129,6 +129,16 @@ bool NeedsKeeping(const JournalContents& contents)
 {
     return contents.format == JournalFormat::Older || contents.format == JournalFormat::Foreign || IsDamaged(contents);
 }
+
+bool KeepAndStartAnew(JournalFile& journal, QString& errorText)
+{
+    const int carriedOn = journal.contents.firstNumber + int(DoneChanges(journal.contents).size());
+    QString keptName;
+    ::close(journal.fd);
+    journal.fd = -1;
+    journal.keepBeforeWriting = false;
+    return KeepJournal(journal.path, keptName, errorText) && CreateJournal(journal, carriedOn, keptName, errorText);
+}
 }
 
 QString CanonicalImagePath(const QString& path)
@@ -172,15 +182,9 @@ bool OpenJournalForChange(JournalFile& journal, const QString& canonicalImage, Q
     if (journal.fd < 0)
         return false;
     journal.contents = ParseJournal(ReadAll(journal.fd));
-    if (NeedsKeeping(journal.contents)) {
-        const int carriedOn = journal.contents.firstNumber + int(DoneChanges(journal.contents).size());
-        QString keptName;
-        ::close(journal.fd);
-        journal.fd = -1;
-        return KeepJournal(journal.path, keptName, errorText) && CreateJournal(journal, carriedOn, keptName, errorText);
-    }
+    journal.keepBeforeWriting = NeedsKeeping(journal.contents);
     // What follows the sound records is a record torn by a crash; it goes.
-    if (::ftruncate(journal.fd, off_t(journal.contents.soundEnd)) != 0) {
+    if (!journal.keepBeforeWriting && ::ftruncate(journal.fd, off_t(journal.contents.soundEnd)) != 0) {
         errorText = SystemError();
         CloseJournalFile(journal);
         return false;
@@ -190,6 +194,8 @@ bool OpenJournalForChange(JournalFile& journal, const QString& canonicalImage, Q
 
 bool AppendRecord(JournalFile& journal, const QByteArray& record, QString& errorText)
 {
+    if (journal.keepBeforeWriting && !KeepAndStartAnew(journal, errorText))
+        return false;
     const int64_t end = journal.contents.soundEnd;
     if (!WriteFileAt(journal.fd, end, record.constData(), record.size(), errorText) || !SyncFile(journal.fd, errorText)) {
         (void)::ftruncate(journal.fd, off_t(end)); // a torn record would only be cut later

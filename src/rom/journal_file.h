@@ -9,6 +9,7 @@ struct JournalFile {
     QString path;
     int fd = -1;
     JournalContents contents;
+    bool keepBeforeWriting = false; // damaged, older or foreign: kept aside at the first record
 };
 
 // The image's path with links, "." and ".." resolved; the absolute path when it does
@@ -23,10 +24,12 @@ QString JournalPathFor(const QString& canonicalImage);
 JournalContents ReadJournal(const QString& journalPath, QString& problem);
 
 // Opens the journal for one change; the caller holds the image's lock. A torn last
-// record is cut. A damaged journal, one of an older format or one that is not a journal
-// is kept as it is under a name of its own, and a new journal carries on its numbering.
+// record is cut.
 bool OpenJournalForChange(JournalFile& journal, const QString& canonicalImage, QString& errorText);
 // Adds one record at the end and flushes it; on failure the journal ends as before.
+// Before its first record, a damaged journal, one of an older format or one that is
+// not a journal is kept as it is under a name of its own, and a new journal carries on
+// its numbering.
 bool AppendRecord(JournalFile& journal, const QByteArray& record, QString& errorText);
 void CloseJournalFile(JournalFile& journal);
 

@@ -59,7 +59,7 @@ bool ChangeLocked(RomDocument& document, const QString& command, const ChangePla
     RefreshDocument(document);
     JournalFile journal;
     if (!OpenJournalForChange(journal, document.canonicalPath, errorText)) {
-        errorText = QStringLiteral("Nothing was written: %1.").arg(errorText);
+        errorText += u'.';
         return false;
     }
     document.journalPath = journal.path;
@@ -102,7 +102,6 @@ bool OpenDocument(RomDocument& document, const QString& fileName, QStringList& n
     }
     ReadCatalogue(document);
     document.seen = StampOf(document);
-    notes << JournalNotes(document);
     return true;
 }
 

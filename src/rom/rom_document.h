@@ -37,7 +37,7 @@ constexpr int kWriterWaitMs = 5000;
 
 // Opens the image, settles a change its journal shows interrupted (unless another
 // program is writing it right now: a reader never waits) and reads the catalogue.
-// notes gets what the user should know: what was put back, damage, a mismatch.
+// notes gets what became of an interrupted change: put back, or why not.
 bool OpenDocument(RomDocument& document, const QString& fileName, QStringList& notes, QString& errorText);
 void CloseDocument(RomDocument& document);
 bool IsDocumentOpen(const RomDocument& document);
