@@ -40,24 +40,28 @@ QByteArray ReadRange(const RomFile& rom, int64_t position, int64_t length, int64
     return bytes;
 }
 
-// Lengthens first and shortens last, so that an interrupted change leaves the file at
-// its old or its new length.
+// The runs are in order, so a lengthening is the last write, made whole in one go;
+// a shortening comes after every write.
 bool WriteImage(RomFile& rom, const std::vector<RomPatch>& writes, int64_t newLength, QString& errorText)
 {
-    if (newLength > RomLength(rom) && !TruncateRom(rom, newLength, errorText))
-        return false;
     for (const RomPatch& write : writes)
         if (!WriteRomBytes(rom, write.position, write.bytes.constData(), write.bytes.size(), errorText))
             return false;
     return (RomLength(rom) == newLength || TruncateRom(rom, newLength, errorText)) && SyncRom(rom, errorText);
 }
 
-bool HoldsOldBytes(const QByteArray& there, const QByteArray& oldBytes)
+// What the file gained or lost must lie in the ranges, each range's old bytes as many
+// as the old length held, or the entry cannot be a change this program made.
+bool IsWellFormed(const JournalEntry& entry)
 {
-    for (qsizetype i = 0; i < there.size(); ++i)
-        if (there[i] != (i < oldBytes.size() ? oldBytes[i] : '\0')) // bytes a lengthening added are zero
+    int64_t covered = std::min(entry.oldLength, entry.newLength);
+    for (const JournalRange& range : entry.ranges) {
+        if (range.oldBytes.size() != std::clamp<int64_t>(entry.oldLength - range.position, 0, range.length))
             return false;
-    return true;
+        if (range.position <= covered)
+            covered = std::max(covered, range.position + range.length);
+    }
+    return covered >= std::max(entry.oldLength, entry.newLength);
 }
 
 QString Described(const QString& imagePath, const JournalEntry& entry)
@@ -71,12 +75,12 @@ QString Described(const QString& imagePath, const JournalEntry& entry)
 ImageState StateAgainst(const RomFile& rom, const JournalEntry& entry)
 {
     const int64_t length = RomLength(rom);
-    if (length != entry.oldLength && length != entry.newLength)
+    if ((length != entry.oldLength && length != entry.newLength) || !IsWellFormed(entry))
         return ImageState::Unexplained;
     bool allOld = length == entry.oldLength, allNew = length == entry.newLength;
     for (const JournalRange& range : entry.ranges) {
         const QByteArray there = ReadRange(rom, range.position, range.length, length);
-        const bool isOld = HoldsOldBytes(there, range.oldBytes);
+        const bool isOld = there.size() <= range.oldBytes.size() && there == range.oldBytes.left(there.size());
         const bool isNew = there.size() == std::clamp<int64_t>(entry.newLength - range.position, 0, range.length)
                            && Crc32(there) == range.newCrc;
         if (!isOld && !isNew)
@@ -89,10 +93,16 @@ ImageState StateAgainst(const RomFile& rom, const JournalEntry& entry)
 
 JournalEntry EntryFor(const RomFile& rom, const QString& command, const PlannedChange& change, std::vector<RomPatch>& writes)
 {
-    JournalEntry entry{0, QDateTime::currentMSecsSinceEpoch(), command, RomLength(rom), change.newLength, {}, ChangeState::Open};
-    writes = DisjointWrites(change.patches, change.newLength >= 0 ? change.newLength : kMaxJournalPosition);
+    const int64_t oldLength = RomLength(rom);
+    JournalEntry entry{0, QDateTime::currentMSecsSinceEpoch(), command, oldLength, change.newLength < 0 ? oldLength : change.newLength,
+                       {}, ChangeState::Open};
     if (change.newLength < 0)
-        entry.newLength = std::max<int64_t>(entry.oldLength, writes.empty() ? 0 : writes.back().position + writes.back().bytes.size());
+        for (const RomPatch& patch : change.patches)
+            entry.newLength = std::max<int64_t>({entry.newLength, entry.oldLength, patch.position + patch.bytes.size()});
+    // What the file gains is written whole, zeros where no patch reaches.
+    std::vector<RomPatch> patches{{entry.oldLength, QByteArray(qsizetype(std::max<int64_t>(entry.newLength - entry.oldLength, 0)), '\0')}};
+    patches.insert(patches.end(), change.patches.begin(), change.patches.end());
+    writes = DisjointWrites(patches, entry.newLength);
     for (const RomPatch& write : writes)
         entry.ranges.push_back({write.position, write.bytes.size(),
                                 ReadRange(rom, write.position, write.bytes.size(), entry.oldLength), Crc32(write.bytes)});

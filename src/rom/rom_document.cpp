@@ -140,7 +140,7 @@ bool ChangeDocument(RomDocument& document, const QString& command, const ChangeP
         errorText = QStringLiteral("The ROM image %1 is read-only.").arg(document.file.fileName);
         return false;
     }
-    const int lock = LockImage(document.file, kWriterWaitMs, errorText);
+    const int lock = LockImage(document.file, document.writerWaitMs, errorText);
     if (lock < 0)
         return false;
     const bool done = ChangeLocked(document, command, plan, made, errorText);

@@ -30,10 +30,8 @@ struct RomDocument {
     QString journalProblem;     // why the journal could not be read, if it could not
     ImageStamp seen;
     int outsideChanges = 0;     // how often another program was seen changing the image
+    int writerWaitMs = 5000;    // how long a change waits for another writer
 };
-
-// Waited for another writer before a change is refused.
-constexpr int kWriterWaitMs = 5000;
 
 // Opens the image, settles a change its journal shows interrupted (unless another
 // program is writing it right now: a reader never waits) and reads the catalogue.

@@ -1,6 +1,7 @@
 // Undo and redo, and what random sequences of commands do to the image: only the ranges
 // the journal records change, the journal holds what was there, and undoing every step
 // (or reverting to before the first change) gives the original image back.
+#include "art/save_art.h"
 #include "exchange/bitmap_fixtures.h"
 #include "session_fixture.h"
 
@@ -104,6 +105,46 @@ private slots:
         f.session.Undo();
         QCOMPARE(f.script.asked, QStringList{kRefusal + "The palette edit was not undone: the image was changed since, outside this editor."});
         QCOMPARE(f.RomBytes(), changed);
+        // Undo and redo wait for the stroke under way to end.
+        f.session.PressCanvas();
+        f.session.PaintFramePixel({1, 1});
+        const QImage midStroke = f.state.preview.image;
+        f.session.Undo();
+        f.session.Redo();
+        QCOMPARE(f.state.preview.image, midStroke);
+        f.session.ReleaseCanvas();
+    }
+
+    // Another program repoints table 1's entries while the editor shows slot 2: the lists
+    // follow without a command, the selection stays, and the frame is drawn again only
+    // once its own pixels change. The editor's earlier change can no longer be undone.
+    void followsOtherPrograms()
+    {
+        SessionFixture f;
+        f.Show(1, 2);
+        f.EditColor(3, "FF");
+        f.Stroke({12, 12});
+        const QImage painted = f.state.preview.image;
+        const ArtTable table = f.state.document.tables[1];
+        RomDocument other;
+        QStringList notes;
+        QString errorText;
+        QVERIFY(OpenDocument(other, f.romPath, notes, errorText));
+        auto point = [&](int slot, int at) {
+            JournalEntry made;
+            ArtTable pointed = table;
+            SetFramePointer(pointed, slot, table.pointers[size_t(at)]);
+            const PlannedChange change{{FramePointerPatch(pointed, slot)}, -1};
+            QVERIFY(ChangeDocument(other, "point", [&](const RomDocument&, QString&) { return std::optional(change); }, made, errorText));
+        };
+        point(0, 2);
+        QTRY_COMPARE(f.state.frameLines.value(0), f.state.frameLines.value(2));
+        QVERIFY(f.state.artRow == 1 && f.state.frameRow == 2 && f.state.preview.image == painted);
+        point(2, 1);
+        QTRY_VERIFY(f.state.preview.image != painted);
+        f.session.Undo();
+        QCOMPARE(f.script.asked.last(), kRefusal + "The palette edit was not undone: the image was changed since, outside this editor.");
+        CloseDocument(other);
     }
 
     void randomCommands_data()
