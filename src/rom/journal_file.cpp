@@ -66,16 +66,17 @@ int OpenNoFollow(const QString& path, int flags, QString& errorText)
     return fd;
 }
 
-QByteArray ReadAll(int fd)
+// The file from position on.
+QByteArray ReadFrom(int fd, int64_t position)
 {
     struct stat info {};
     QByteArray bytes;
-    if (::fstat(fd, &info) != 0)
+    if (::fstat(fd, &info) != 0 || info.st_size < position)
         return bytes;
-    bytes.resize(qsizetype(info.st_size));
+    bytes.resize(qsizetype(info.st_size - position));
     qsizetype done = 0;
     while (done < bytes.size()) {
-        const ssize_t got = ::pread(fd, bytes.data() + done, size_t(bytes.size() - done), off_t(done));
+        const ssize_t got = ::pread(fd, bytes.data() + done, size_t(bytes.size() - done), off_t(position + done));
         if (got < 0 && errno == EINTR)
             continue;
         if (got <= 0)
@@ -84,6 +85,30 @@ QByteArray ReadAll(int fd)
     }
     bytes.truncate(done);
     return bytes;
+}
+
+uint64_t InodeOf(int fd)
+{
+    struct stat info {};
+    return ::fstat(fd, &info) == 0 ? uint64_t(info.st_ino) : 0;
+}
+
+bool CanReadOn(const JournalContents& known, int fd)
+{
+    struct stat info {};
+    return known.format == JournalFormat::Current && !IsDamaged(known) && known.inode != 0 && ::fstat(fd, &info) == 0
+           && uint64_t(info.st_ino) == known.inode && info.st_size >= known.soundEnd;
+}
+
+JournalContents ReadContents(int fd, const JournalContents& known)
+{
+    JournalContents contents = known;
+    if (CanReadOn(known, fd))
+        ContinueJournal(contents, ReadFrom(fd, known.soundEnd));
+    else
+        contents = ParseJournal(ReadFrom(fd, 0));
+    contents.inode = InodeOf(fd);
+    return contents;
 }
 
 // A new journal: made, never taken over, and flushed with its name.
@@ -97,6 +122,7 @@ bool CreateJournal(JournalFile& journal, int firstNumber, const QString& carries
     }
     const QByteArray header = JournalHeader(firstNumber, carriesOn);
     journal.contents = ParseJournal(header);
+    journal.contents.inode = InodeOf(journal.fd);
     if (!WriteFileAt(journal.fd, 0, header.constData(), header.size(), errorText) || !SyncFile(journal.fd, errorText)) {
         ::unlink(Native(journal.path).constData());
         CloseJournalFile(journal);
@@ -167,12 +193,13 @@ JournalContents ReadJournal(const QString& journalPath, QString& problem)
     const int fd = OpenNoFollow(journalPath, O_RDONLY, problem);
     if (fd < 0)
         return {};
-    const JournalContents contents = ParseJournal(ReadAll(fd));
+    const JournalContents contents = ReadContents(fd, {});
     ::close(fd);
     return contents;
 }
 
-bool OpenJournalForChange(JournalFile& journal, const QString& canonicalImage, QString& errorText)
+bool OpenJournalForChange(JournalFile& journal, const QString& canonicalImage, const JournalContents& known,
+                          QString& errorText)
 {
     CloseJournalFile(journal);
     journal.path = JournalPathFor(canonicalImage);
@@ -181,7 +208,7 @@ bool OpenJournalForChange(JournalFile& journal, const QString& canonicalImage, Q
     journal.fd = OpenNoFollow(journal.path, O_RDWR, errorText);
     if (journal.fd < 0)
         return false;
-    journal.contents = ParseJournal(ReadAll(journal.fd));
+    journal.contents = ReadContents(journal.fd, known);
     journal.keepBeforeWriting = NeedsKeeping(journal.contents);
     // What follows the sound records is a record torn by a crash; it goes.
     if (!journal.keepBeforeWriting && ::ftruncate(journal.fd, off_t(journal.contents.soundEnd)) != 0) {

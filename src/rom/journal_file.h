@@ -24,8 +24,10 @@ QString JournalPathFor(const QString& canonicalImage);
 JournalContents ReadJournal(const QString& journalPath, QString& problem);
 
 // Opens the journal for one change; the caller holds the image's lock. A torn last
-// record is cut.
-bool OpenJournalForChange(JournalFile& journal, const QString& canonicalImage, QString& errorText);
+// record is cut. known, when it was read from the same file and was sound, is read on
+// from its end rather than from the start: records before it are never rewritten.
+bool OpenJournalForChange(JournalFile& journal, const QString& canonicalImage, const JournalContents& known,
+                          QString& errorText);
 // Adds one record at the end and flushes it; on failure the journal ends as before.
 // Before its first record, a damaged journal, one of an older format or one that is
 // not a journal is kept as it is under a name of its own, and a new journal carries on

@@ -182,19 +182,27 @@ JournalContents ParseJournal(const QByteArray& bytes)
         journal.soundEnd = at;
         return journal;
     }
-    at += kRecordHead + payload.size();
+    journal.soundEnd = at + kRecordHead + payload.size();
+    ContinueJournal(journal, bytes.mid(qsizetype(journal.soundEnd)));
+    return journal;
+}
+
+void ContinueJournal(JournalContents& journal, const QByteArray& tail)
+{
+    const int64_t base = journal.soundEnd;
+    qsizetype at = 0;
+    QByteArray payload;
     for (;;) {
-        const Found found = NextRecord(bytes, at, payload);
+        const Found found = NextRecord(tail, at, payload);
         if (found == Found::Record && !ApplyRecord(payload, journal))
-            journal.damageAt = at;
+            journal.damageAt = base + at;
         if (found != Found::Record || IsDamaged(journal)) {
-            journal.damageAt = found == Found::Damage ? at : journal.damageAt;
+            journal.damageAt = found == Found::Damage ? base + at : journal.damageAt;
             break;
         }
         at += kRecordHead + payload.size();
     }
-    journal.soundEnd = at;
-    return journal;
+    journal.soundEnd = base + at;
 }
 
 QByteArray JournalHeader(int firstNumber, const QString& carriesOn)

@@ -36,6 +36,7 @@ struct JournalContents {
     std::vector<JournalEntry> entries;
     int64_t soundEnd = 0;       // where the records that passed their checks end
     int64_t damageAt = -1;      // where a record that is not the last fails its check
+    uint64_t inode = 0;         // of the file it was read from
 };
 
 constexpr uint32_t kJournalVersion = 2;
@@ -44,6 +45,8 @@ constexpr int64_t kMaxJournalPosition = int64_t(1) << 40;
 
 // Reads journal bytes; never reads outside them.
 JournalContents ParseJournal(const QByteArray& bytes);
+// Reads on from where a sound journal's records ended: tail is what follows them.
+void ContinueJournal(JournalContents& journal, const QByteArray& tail);
 
 // A new journal's first bytes: its header, with the numbering it carries on.
 QByteArray JournalHeader(int firstNumber, const QString& carriesOn);

@@ -43,7 +43,7 @@ QString SettleUnderLock(RomDocument& document, bool& blocked)
 {
     JournalFile journal{document.journalPath, -1, document.journal};
     QString errorText;
-    if (document.file.writable && !OpenJournalForChange(journal, document.canonicalPath, errorText)) {
+    if (document.file.writable && !OpenJournalForChange(journal, document.canonicalPath, {}, errorText)) {
         blocked = true;
         return QStringLiteral("The journal %1 could not be opened: %2").arg(Shown(document.journalPath), errorText);
     }
@@ -58,7 +58,7 @@ bool ChangeLocked(RomDocument& document, const QString& command, const ChangePla
 {
     RefreshDocument(document);
     JournalFile journal;
-    if (!OpenJournalForChange(journal, document.canonicalPath, errorText)) {
+    if (!OpenJournalForChange(journal, document.canonicalPath, document.journal, errorText)) {
         errorText += u'.';
         return false;
     }
