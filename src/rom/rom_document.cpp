@@ -53,10 +53,32 @@ QString SettleUnderLock(RomDocument& document, bool& blocked)
     return settled;
 }
 
+// An image replaced under its name (a fresh copy, say) is the one to open now.
+void ReopenIfReplaced(RomDocument& document)
+{
+    RomFile replacement;
+    QString errorText;
+    if (!IsSameFileAs(document.file, document.file.fileName) && OpenRomFile(replacement, document.file.fileName, errorText)) {
+        CloseRomFile(document.file);
+        document.file = replacement;
+    }
+}
+
+bool ReadAgainIfChanged(RomDocument& document)
+{
+    if (StampOf(document) == document.seen)
+        return false;
+    ReadCatalogue(document);
+    ReadJournalAgain(document);
+    document.seen = StampOf(document);
+    ++document.outsideChanges;
+    return true;
+}
+
 bool ChangeLocked(RomDocument& document, const QString& command, const ChangePlanner& plan, JournalEntry& made,
                   QString& errorText)
 {
-    RefreshDocument(document);
+    ReadAgainIfChanged(document);
     JournalFile journal;
     if (!OpenJournalForChange(journal, document.canonicalPath, document.journal, errorText)) {
         errorText += u'.';
@@ -117,20 +139,8 @@ bool RefreshDocument(RomDocument& document)
 {
     if (!IsDocumentOpen(document))
         return false;
-    RomFile replacement;
-    QString errorText;
-    if (!IsSameFileAs(document.file, document.file.fileName) && OpenRomFile(replacement, document.file.fileName, errorText)) {
-        CloseRomFile(document.file);
-        document.file = replacement;
-    }
-    const ImageStamp now = StampOf(document);
-    if (now == document.seen)
-        return false;
-    ReadCatalogue(document);
-    ReadJournalAgain(document);
-    document.seen = StampOf(document);
-    ++document.outsideChanges;
-    return true;
+    ReopenIfReplaced(document);
+    return ReadAgainIfChanged(document);
 }
 
 bool ChangeDocument(RomDocument& document, const QString& command, const ChangePlanner& plan, JournalEntry& made,
@@ -140,6 +150,7 @@ bool ChangeDocument(RomDocument& document, const QString& command, const ChangeP
         errorText = QStringLiteral("The ROM image %1 is read-only.").arg(document.file.fileName);
         return false;
     }
+    ReopenIfReplaced(document); // before the lock, which is the file's own
     const int lock = LockImage(document.file, document.writerWaitMs, errorText);
     if (lock < 0)
         return false;
