@@ -6,8 +6,16 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
+#include <climits>
 
 namespace {
+// A number beyond int keeps its side rather than reading as 0, so insert refuses it as out of reach.
+int Coordinate(const QJsonValue& value)
+{
+    return int(std::clamp(value.toDouble(), double(INT_MIN), double(INT_MAX)));
+}
+
 std::optional<QPoint> OriginIn(const QDir& dir, const QString& picture)
 {
     QFile file(dir.filePath(QStringLiteral("manifest.json")));
@@ -19,7 +27,7 @@ std::optional<QPoint> OriginIn(const QDir& dir, const QString& picture)
         const QJsonArray origin = frame.value("origin").toArray();
         if (frame.value("file").isString() && QFileInfo(dir.filePath(frame.value("file").toString())).absoluteFilePath() == picture
             && origin.size() == 2)
-            return QPoint(origin[0].toInt(), origin[1].toInt());
+            return QPoint(Coordinate(origin[0]), Coordinate(origin[1]));
     }
     return std::nullopt;
 }

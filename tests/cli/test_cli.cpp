@@ -167,6 +167,8 @@ private slots:
         QTest::newRow("not a picture") << QStringList{"insert", "ROM", "0", "0", "DIR/bad.png", "--append"} << 1 << "bad.png: not a PNG";
         QTest::newRow("101 runs") << QStringList{"insert", "ROM", "0", "0", "DIR/runs.png", "--append"} << 1 << "more than 100 runs";
         QTest::newRow("index beyond its colours") << QStringList{"insert", "ROM", "0", "0", "DIR/short.bmp", "--append"} << 1 << "own colour table has 1";
+        QTest::newRow("origin out of reach") << QStringList{"insert", "ROM", "0", "0", "DIR/ok.png", "--append", "--origin", "-2147483648,0"} << 1 << "origin given lies more than 32768";
+        QTest::newRow("recorded origin out of reach") << QStringList{"insert", "ROM", "0", "0", "DIR/far/ok.png", "--append"} << 1 << "recorded in manifest.json";
         QTest::newRow("slot not listed") << QStringList{"insert", "ROM", "4", "4", "DIR/ok.png", "--append"} << 1 << "table 4 lists no slot 4";
         QTest::newRow("beyond the end") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--at", "0x300000"} << 1 << "lies beyond the end";
         QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";
@@ -192,6 +194,14 @@ private slots:
         QByteArray shortTable = FourBitBitmap(SixteenColors(), 4, 2, {0, 1, 2, 3, 4, 5, 1, 1}, BmpRows::BottomUp);
         SetField(shortTable, 46, 1, 4); // one colour in use, as a fuzzed bitmap declared
         WriteFileBytes(dir.filePath("short.bmp"), shortTable);
+        // Manifests that give a picture an origin out of reach.
+        const auto manifest = [&](const QString& folder, const QString& file, const char* origin) {
+            QDir().mkpath(dir.filePath(folder));
+            WriteFileBytes(dir.filePath(folder + "/manifest.json"),
+                           QStringLiteral(R"({"frames": [{"file": "%1", "origin": [%2]}]})").arg(file, origin).toUtf8());
+        };
+        manifest("far", "ok.png", "-2147483648, 0");
+        QFile::copy(dir.filePath("ok.png"), dir.filePath("far/ok.png"));
         const bool full = QString(QTest::currentDataTag()) == "full disk";
         if (full && (!QDir().mkpath(dir.filePath("full")) || ::mount("tmpfs", QFile::encodeName(dir.filePath("full")), "tmpfs", 0, "size=16k")))
             QSKIP("mounting a small tmpfs needs root");
