@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QtTest>
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 namespace {
 constexpr int kFreeArea = 0x140000;
@@ -169,6 +170,10 @@ private slots:
         QTest::newRow("index beyond its colours") << QStringList{"insert", "ROM", "0", "0", "DIR/short.bmp", "--append"} << 1 << "own colour table has 1";
         QTest::newRow("origin out of reach") << QStringList{"insert", "ROM", "0", "0", "DIR/ok.png", "--append", "--origin", "-2147483648,0"} << 1 << "origin given lies more than 32768";
         QTest::newRow("recorded origin out of reach") << QStringList{"insert", "ROM", "0", "0", "DIR/far/ok.png", "--append"} << 1 << "recorded in manifest.json";
+        QTest::newRow("manifest three folders up") << QStringList{"insert", "ROM", "0", "0", "DIR/up3/a/b/c/runs.png", "--append"} << 1 << "recorded in manifest.json";
+        QTest::newRow("manifest four folders up") << QStringList{"insert", "ROM", "0", "0", "DIR/up4/a/b/c/d/runs.png", "--append"} << 1 << "more than 100 runs";
+        QTest::newRow("nearest manifest lists another") << QStringList{"insert", "ROM", "0", "0", "DIR/other/a/runs.png", "--append"} << 1 << "more than 100 runs";
+        QTest::newRow("nearest manifest a FIFO") << QStringList{"insert", "ROM", "0", "0", "DIR/fifo/a/runs.png", "--append"} << 1 << "more than 100 runs";
         QTest::newRow("slot not listed") << QStringList{"insert", "ROM", "4", "4", "DIR/ok.png", "--append"} << 1 << "table 4 lists no slot 4";
         QTest::newRow("beyond the end") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--at", "0x300000"} << 1 << "lies beyond the end";
         QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";
@@ -201,7 +206,14 @@ private slots:
                            QStringLiteral(R"({"frames": [{"file": "%1", "origin": [%2]}]})").arg(file, origin).toUtf8());
         };
         manifest("far", "ok.png", "-2147483648, 0");
-        QFile::copy(dir.filePath("ok.png"), dir.filePath("far/ok.png"));
+        manifest("up3", "a/b/c/runs.png", "1e10, 0"); // insert reads only the nearest, up to three folders up
+        manifest("up4", "a/b/c/d/runs.png", "1e10, 0");
+        manifest("other", "a/runs.png", "1e10, 0");
+        manifest("other/a", "x.png", "0, 0");
+        manifest("fifo", "a/runs.png", "1e10, 0");
+        for (const QString copy : {"far/ok.png", "up3/a/b/c/runs.png", "up4/a/b/c/d/runs.png", "other/a/runs.png", "fifo/a/runs.png"})
+            QDir().mkpath(QFileInfo(dir.filePath(copy)).path()), QFile::copy(dir.filePath(QFileInfo(copy).fileName()), dir.filePath(copy));
+        ::mkfifo(QFile::encodeName(dir.filePath("fifo/a/manifest.json")), 0600);
         const bool full = QString(QTest::currentDataTag()) == "full disk";
         if (full && (!QDir().mkpath(dir.filePath("full")) || ::mount("tmpfs", QFile::encodeName(dir.filePath("full")), "tmpfs", 0, "size=16k")))
             QSKIP("mounting a small tmpfs needs root");
