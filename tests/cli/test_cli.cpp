@@ -179,6 +179,7 @@ private slots:
         QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";
         QTest::newRow("missing image") << QStringList{"tables", "DIR/none.bin"} << 1 << "Cannot open none.bin: No such file";
         QTest::newRow("folder cannot be made") << QStringList{"rip", "ROM", "DIR/ok.png/out"} << 1 << "cannot be created";
+        QTest::newRow("rip over an earlier one") << QStringList{"rip", "ROM", "DIR/stale"} << 1 << "stale/table00: the folder cannot be created";
         QTest::newRow("full disk") << QStringList{"rip", "ROM", "DIR/full"} << 1 << "No space left on device";
         QTest::newRow("no position") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png"} << 2 << "--append or --at";
         QTest::newRow("not a command") << QStringList{"rips", "ROM"} << 2 << "unknown command rips";
@@ -214,6 +215,8 @@ private slots:
         for (const QString copy : {"far/ok.png", "up3/a/b/c/runs.png", "up4/a/b/c/d/runs.png", "other/a/runs.png", "fifo/a/runs.png"})
             QDir().mkpath(QFileInfo(dir.filePath(copy)).path()), QFile::copy(dir.filePath(QFileInfo(copy).fileName()), dir.filePath(copy));
         ::mkfifo(QFile::encodeName(dir.filePath("fifo/a/manifest.json")), 0600);
+        manifest("stale", "table00/slot000.png", "0, 0"); // an earlier rip's, whose folder a file now blocks
+        WriteFileBytes(dir.filePath("stale/table00"), {});
         const bool full = QString(QTest::currentDataTag()) == "full disk";
         if (full && (!QDir().mkpath(dir.filePath("full")) || ::mount("tmpfs", QFile::encodeName(dir.filePath("full")), "tmpfs", 0, "size=16k")))
             QSKIP("mounting a small tmpfs needs root");
@@ -226,6 +229,7 @@ private slots:
             ::umount(QFile::encodeName(dir.filePath("full")));
         QVERIFY2(run.code == code && run.err.contains(said.toUtf8()), qPrintable(args.join(" ") + " -> " + run.err + run.out));
         QVERIFY(run.err.count('\n') == (code == 1 ? 1 : 2) && run.out.isEmpty());
+        QVERIFY(args[0] != "rip" || !QFile::exists(args[2] + "/manifest.json")); // no manifest of what is not there
         QCOMPARE(FileBytes(rom), before);
     }
 };
