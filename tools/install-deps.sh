@@ -5,7 +5,7 @@
 # the apt line instead.
 set -euo pipefail
 
-packages=(g++ make cmake qt6-base-dev libgl-dev fonts-dejavu-core help2man desktop-file-utils appstream file dpkg-dev)
+packages=(g++ make cmake qt6-base-dev zlib1g-dev libgl-dev fonts-dejavu-core help2man desktop-file-utils appstream file dpkg-dev)
 if [ "${1:-}" = test ]; then
   packages+=(libbenchmark-dev imagemagick)
 fi

@@ -174,6 +174,7 @@ private slots:
         QTest::newRow("manifest four folders up") << QStringList{"insert", "ROM", "0", "0", "DIR/up4/a/b/c/d/runs.png", "--append"} << 1 << "more than 100 runs";
         QTest::newRow("nearest manifest lists another") << QStringList{"insert", "ROM", "0", "0", "DIR/other/a/runs.png", "--append"} << 1 << "more than 100 runs";
         QTest::newRow("nearest manifest a FIFO") << QStringList{"insert", "ROM", "0", "0", "DIR/fifo/a/runs.png", "--append"} << 1 << "more than 100 runs";
+        QTest::newRow("PNG index beyond its colours") << QStringList{"insert", "ROM", "0", "0", "DIR/short.png", "--append"} << 1 << "uses colour index 5; a frame holds indices 0 to 16, and the picture's own colour table has 3";
         QTest::newRow("slot not listed") << QStringList{"insert", "ROM", "4", "4", "DIR/ok.png", "--append"} << 1 << "table 4 lists no slot 4";
         QTest::newRow("beyond the end") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--at", "0x300000"} << 1 << "lies beyond the end";
         QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";
@@ -200,6 +201,11 @@ private slots:
         QByteArray shortTable = FourBitBitmap(SixteenColors(), 4, 2, {0, 1, 2, 3, 4, 5, 1, 1}, BmpRows::BottomUp);
         SetField(shortTable, 46, 1, 4); // one colour in use, as a fuzzed bitmap declared
         WriteFileBytes(dir.filePath("short.bmp"), shortTable);
+        QImage shortPng(4, 1, QImage::Format_Indexed8);
+        shortPng.setColorTable({qRgb(0, 0, 0), qRgb(9, 9, 9), qRgb(99, 99, 99)});
+        shortPng.fill(1);
+        shortPng.scanLine(0)[3] = 5; // Qt writes the index as it stands, with the table of three
+        QVERIFY(shortPng.save(dir.filePath("short.png")));
         // Manifests that give a picture an origin out of reach.
         const auto manifest = [&](const QString& folder, const QString& file, const char* origin) {
             QDir().mkpath(dir.filePath(folder));
