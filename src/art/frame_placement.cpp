@@ -8,6 +8,12 @@ namespace {
 constexpr int kMaxKeptMargin = 256;
 }
 
+bool WithinReach(QPoint origin)
+{
+    return origin.x() >= -kMaxOriginDistance && origin.x() <= kMaxOriginDistance && origin.y() >= -kMaxOriginDistance
+        && origin.y() <= kMaxOriginDistance;
+}
+
 PlacedPixels PlaceAtOrigin(const ArtFrame& current, const PixelGrid& pixels, QPoint origin)
 {
     const QRect box = DrawnBox(pixels);

@@ -11,6 +11,11 @@ struct PlacedPixels {
     PixelGrid pixels;
 };
 
+// How far from the frame's 0,0 an origin may lie: far beyond any frame, and near enough
+// that placing pixels there cannot overflow. Further origins are refused before placing.
+constexpr int kMaxOriginDistance = 32768;
+bool WithinReach(QPoint origin);
+
 // Cell (c, r) lands at frame (origin.x + c, origin.y + r). The header's left and top
 // stay the current frame's where they lie above and left of the drawn pixels, so the
 // editor shows the frame where it showed the old one; otherwise they follow the pixels.

@@ -148,6 +148,11 @@ int Insert(CliImage& image, const InsertRequest& request)
     int32_t readPosition = 0;
     ReadFrame(state.file, readPosition, current, oldEntry);
     const std::optional<QPoint> origin = request.origin ? request.origin : RecordedOrigin(request.picture);
+    if (origin && !WithinReach(*origin))
+        return Fail(QStringLiteral("%1: the origin %2 lies more than %3 pixels from the frame's 0,0")
+                        .arg(QDir::toNativeSeparators(request.picture),
+                             request.origin ? QStringLiteral("given") : QStringLiteral("recorded in manifest.json"))
+                        .arg(kMaxOriginDistance));
     const PlacedPixels placed = origin ? PlaceAtOrigin(current, *pixels, *origin) : PlacedPixels{current, *pixels};
     const std::optional<FrameSavePlan> plan =
         PlanFrameSave(state.tables[size_t(request.table)], request.slot, placed.placement, placed.pixels, *position, errorText);

@@ -2,6 +2,7 @@
 // manifest that says where each came from, and each distinct palette in three formats.
 #include "cli/cli.h"
 #include "exchange/palette_files.h"
+#include "exchange/whole_file.h"
 #include "rom/art_lists.h"
 #include "view/frame_render.h"
 
@@ -100,6 +101,18 @@ std::optional<QString> PaletteFiles(Rip& rip, int n)
     return name;
 }
 
+// An earlier rip's manifest goes first, so that a rip that fails leaves none listing
+// what is not there for insert to trust.
+bool RemoveStaleManifest(const QString& dirPath)
+{
+    QFile stale(QDir(dirPath).filePath(QStringLiteral("manifest.json")));
+    if (!stale.exists() || stale.remove())
+        return true;
+    Fail(QStringLiteral("%1: the old manifest cannot be removed (%2)")
+             .arg(QDir::toNativeSeparators(stale.fileName()), stale.errorString()));
+    return false;
+}
+
 bool RipFrame(Rip& rip, int n, int slot, const QString& paletteName)
 {
     const int32_t offset = rip.state.tables[size_t(n)].pointers[size_t(slot)];
@@ -155,6 +168,8 @@ int RunRip(const QStringList& args)
     if (!image)
         return kRefused;
     const QString dirPath = parser.positionalArguments()[1];
+    if (!RemoveStaleManifest(dirPath))
+        return kRefused;
     if (!QDir().mkpath(dirPath))
         return Fail(QStringLiteral("%1: the folder cannot be created").arg(QDir::toNativeSeparators(dirPath)));
     Rip rip{QDir(dirPath), image->document, !parser.isSet(QStringLiteral("quiet")) && ::isatty(2)};
@@ -166,5 +181,6 @@ int RunRip(const QStringList& args)
     if (rip.progress && rip.total > 0)
         std::fputc('\n', stderr);
     const QByteArray manifest = QJsonDocument(QJsonObject{{"frames", rip.frames}}).toJson(QJsonDocument::Indented);
-    return WriteInto(rip, QStringLiteral("manifest.json"), manifest) ? kDone : Fail(rip.errorText);
+    // Last, and whole or not at all.
+    return WriteWholeFile(rip.dir.filePath(QStringLiteral("manifest.json")), manifest, rip.errorText) ? kDone : Fail(rip.errorText);
 }

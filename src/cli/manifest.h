@@ -4,6 +4,7 @@
 #include <QString>
 #include <optional>
 
-// The origin recorded for a picture in the nearest manifest.json that lists it: in the
-// picture's folder or a folder above it, as rip lays them out.
+// The origin recorded for a picture in the nearest manifest.json: in the picture's folder
+// or up to three folders above it, as rip lays them out. None when that manifest does not
+// list the picture or is no regular file.
 std::optional<QPoint> RecordedOrigin(const QString& picturePath);

@@ -1,11 +1,13 @@
 #include "exchange/picture_pixels.h"
 
 #include "exchange/bitmap_files.h"
+#include "exchange/png_palette.h"
 #include "palette/color_match.h"
 #include "palette/perceptual_match.h"
 #include "view/frame_render.h"
 #include "view/picture_surface.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -21,17 +23,26 @@ bool LoadPng(const QString& fileName, QImage& picture, QString& errorText)
         errorText = QStringLiteral("%1: %2").arg(Shown(fileName), file.errorString());
         return false;
     }
-    QImageReader reader(&file, "png");
-    reader.setAutoDetectImageFormat(false);
-    const QSize size = reader.size();
+    QImageReader header(&file, "png");
+    header.setAutoDetectImageFormat(false);
+    const QSize size = header.size();
     if (size.width() > kMaxPictureSide || size.height() > kMaxPictureSide) {
         errorText = QStringLiteral("%1: a picture of %2 x %3 pixels is larger than any frame can be")
                         .arg(Shown(fileName)).arg(size.width()).arg(size.height());
         return false;
     }
+    std::optional<PaddedPng> padded = WithFullPalette(file);
+    QBuffer paddedFile(padded ? &padded->bytes : nullptr);
+    file.seek(0);
+    QImageReader reader(padded ? static_cast<QIODevice*>(&paddedFile) : &file, "png");
+    reader.setAutoDetectImageFormat(false);
     if (!reader.read(&picture)) {
         errorText = QStringLiteral("%1: not a PNG picture that can be read (%2)").arg(Shown(fileName), reader.errorString());
         return false;
+    }
+    if (padded) { // back to the file's own colours, so that PicturePixels refuses the indices beyond them
+        picture = picture.convertToFormat(QImage::Format_Indexed8);
+        picture.setColorCount(padded->colors);
     }
     return true;
 }

@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QtTest>
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 namespace {
 constexpr int kFreeArea = 0x140000;
@@ -18,9 +19,14 @@ struct Run { int code; QByteArray out, err; };
 Run Cli(const QStringList& args, bool asNobody = false)
 {
     QProcess process;
-    if (asNobody) // root may write any file, so the read-only case runs as nobody
+    QTemporaryDir reachable; // nobody may not reach the build folder (under /root, say), so runs a copy from here
+    const QString program = asNobody ? reachable.filePath("zelvane-art") : QStringLiteral(ZELVANE_CLI);
+    if (asNobody) { // root may write any file, so the read-only case runs as nobody
+        QFile::setPermissions(reachable.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther);
+        QFile::copy(QStringLiteral(ZELVANE_CLI), program);
         process.setChildProcessModifier([] { (void)::setgid(65534), (void)::setuid(65534); });
-    process.start(QStringLiteral(ZELVANE_CLI), args);
+    }
+    process.start(program, args);
     process.waitForFinished(60000);
     const int code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     return {code, process.readAllStandardOutput(), process.readAllStandardError()};
@@ -162,11 +168,19 @@ private slots:
         QTest::newRow("not a picture") << QStringList{"insert", "ROM", "0", "0", "DIR/bad.png", "--append"} << 1 << "bad.png: not a PNG";
         QTest::newRow("101 runs") << QStringList{"insert", "ROM", "0", "0", "DIR/runs.png", "--append"} << 1 << "more than 100 runs";
         QTest::newRow("index beyond its colours") << QStringList{"insert", "ROM", "0", "0", "DIR/short.bmp", "--append"} << 1 << "own colour table has 1";
+        QTest::newRow("origin out of reach") << QStringList{"insert", "ROM", "0", "0", "DIR/ok.png", "--append", "--origin", "-2147483648,0"} << 1 << "origin given lies more than 32768";
+        QTest::newRow("recorded origin out of reach") << QStringList{"insert", "ROM", "0", "0", "DIR/far/ok.png", "--append"} << 1 << "recorded in manifest.json";
+        QTest::newRow("manifest three folders up") << QStringList{"insert", "ROM", "0", "0", "DIR/up3/a/b/c/runs.png", "--append"} << 1 << "recorded in manifest.json";
+        QTest::newRow("manifest four folders up") << QStringList{"insert", "ROM", "0", "0", "DIR/up4/a/b/c/d/runs.png", "--append"} << 1 << "more than 100 runs";
+        QTest::newRow("nearest manifest lists another") << QStringList{"insert", "ROM", "0", "0", "DIR/other/a/runs.png", "--append"} << 1 << "more than 100 runs";
+        QTest::newRow("nearest manifest a FIFO") << QStringList{"insert", "ROM", "0", "0", "DIR/fifo/a/runs.png", "--append"} << 1 << "more than 100 runs";
+        QTest::newRow("PNG index beyond its colours") << QStringList{"insert", "ROM", "0", "0", "DIR/short.png", "--append"} << 1 << "uses colour index 5; a frame holds indices 0 to 16, and the picture's own colour table has 3";
         QTest::newRow("slot not listed") << QStringList{"insert", "ROM", "4", "4", "DIR/ok.png", "--append"} << 1 << "table 4 lists no slot 4";
         QTest::newRow("beyond the end") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--at", "0x300000"} << 1 << "lies beyond the end";
         QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";
         QTest::newRow("missing image") << QStringList{"tables", "DIR/none.bin"} << 1 << "Cannot open none.bin: No such file";
         QTest::newRow("folder cannot be made") << QStringList{"rip", "ROM", "DIR/ok.png/out"} << 1 << "cannot be created";
+        QTest::newRow("rip over an earlier one") << QStringList{"rip", "ROM", "DIR/stale"} << 1 << "stale/table00: the folder cannot be created";
         QTest::newRow("full disk") << QStringList{"rip", "ROM", "DIR/full"} << 1 << "No space left on device";
         QTest::newRow("no position") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png"} << 2 << "--append or --at";
         QTest::newRow("not a command") << QStringList{"rips", "ROM"} << 2 << "unknown command rips";
@@ -187,6 +201,28 @@ private slots:
         QByteArray shortTable = FourBitBitmap(SixteenColors(), 4, 2, {0, 1, 2, 3, 4, 5, 1, 1}, BmpRows::BottomUp);
         SetField(shortTable, 46, 1, 4); // one colour in use, as a fuzzed bitmap declared
         WriteFileBytes(dir.filePath("short.bmp"), shortTable);
+        QImage shortPng(4, 1, QImage::Format_Indexed8);
+        shortPng.setColorTable({qRgb(0, 0, 0), qRgb(9, 9, 9), qRgb(99, 99, 99)});
+        shortPng.fill(1);
+        shortPng.scanLine(0)[3] = 5; // Qt writes the index as it stands, with the table of three
+        QVERIFY(shortPng.save(dir.filePath("short.png")));
+        // Manifests that give a picture an origin out of reach.
+        const auto manifest = [&](const QString& folder, const QString& file, const char* origin) {
+            QDir().mkpath(dir.filePath(folder));
+            WriteFileBytes(dir.filePath(folder + "/manifest.json"),
+                           QStringLiteral(R"({"frames": [{"file": "%1", "origin": [%2]}]})").arg(file, origin).toUtf8());
+        };
+        manifest("far", "ok.png", "-2147483648, 0");
+        manifest("up3", "a/b/c/runs.png", "1e10, 0"); // insert reads only the nearest, up to three folders up
+        manifest("up4", "a/b/c/d/runs.png", "1e10, 0");
+        manifest("other", "a/runs.png", "1e10, 0");
+        manifest("other/a", "x.png", "0, 0");
+        manifest("fifo", "a/runs.png", "1e10, 0");
+        for (const QString copy : {"far/ok.png", "up3/a/b/c/runs.png", "up4/a/b/c/d/runs.png", "other/a/runs.png", "fifo/a/runs.png"})
+            QDir().mkpath(QFileInfo(dir.filePath(copy)).path()), QFile::copy(dir.filePath(QFileInfo(copy).fileName()), dir.filePath(copy));
+        ::mkfifo(QFile::encodeName(dir.filePath("fifo/a/manifest.json")), 0600);
+        manifest("stale", "table00/slot000.png", "0, 0"); // an earlier rip's, whose folder a file now blocks
+        WriteFileBytes(dir.filePath("stale/table00"), {});
         const bool full = QString(QTest::currentDataTag()) == "full disk";
         if (full && (!QDir().mkpath(dir.filePath("full")) || ::mount("tmpfs", QFile::encodeName(dir.filePath("full")), "tmpfs", 0, "size=16k")))
             QSKIP("mounting a small tmpfs needs root");
@@ -199,6 +235,7 @@ private slots:
             ::umount(QFile::encodeName(dir.filePath("full")));
         QVERIFY2(run.code == code && run.err.contains(said.toUtf8()), qPrintable(args.join(" ") + " -> " + run.err + run.out));
         QVERIFY(run.err.count('\n') == (code == 1 ? 1 : 2) && run.out.isEmpty());
+        QVERIFY(args[0] != "rip" || !QFile::exists(args[2] + "/manifest.json")); // no manifest of what is not there
         QCOMPARE(FileBytes(rom), before);
     }
 };
