@@ -15,6 +15,7 @@ constexpr int kUsage = 2;   // the command line itself is wrong
 int RunTables(const QStringList& args);
 int RunRip(const QStringList& args);
 int RunInsert(const QStringList& args);
+int RunImport(const QStringList& args);
 int RunPalette(const QStringList& args);
 int RunHistory(const QStringList& args);
 int RunRevert(const QStringList& args);
@@ -57,6 +58,10 @@ std::unique_ptr<CliImage> OpenImage(const QString& path, bool forWriting);
 int ChangeImage(CliImage& image, const QString& command, const ChangePlanner& plan, const QString& failureText);
 // The end of a writing command: done, with the opening's notes, or refused in one line.
 int Finish(const CliImage& image, bool done, const QString& refusal);
+
+// A list that ends where its frame 0's data begins runs on once frame 0 moves
+// elsewhere: a note says so when slot 0 of table is about to move to position.
+void NoteListRunsOn(const RomDocument& document, int table, int slot, int32_t position);
 
 // One line on stderr about the image: the text as it is when it names the image,
 // else behind the image's path.

@@ -107,3 +107,14 @@ QuietStderr::~QuietStderr()
         ::close(saved);
     }
 }
+
+void NoteListRunsOn(const RomDocument& document, int table, int slot, int32_t position)
+{
+    ArtTable reread;
+    int32_t readPosition = 0;
+    if (slot != 0 || position == document.tables[size_t(table)].pointers[0]
+        || ReadArtTable(document.file, readPosition, reread, kArtTablePositions[size_t(table)]) != TableEnd::FirstFrameReached)
+        return;
+    std::fprintf(stderr, "zelvane-art: note: table %d's list ends where its frame 0 begins; with frame 0 elsewhere, "
+                         "the list runs on into the data behind it, as after the editor's save\n", table);
+}

@@ -1,6 +1,7 @@
 // zelvane-art insert: a picture into the image as one slot's frame, with the editor's
 // encoder, limits and refusals, and the entry pointed at it.
 #include "art/frame_placement.h"
+#include "art/listed_spans.h"
 #include "art/save_art.h"
 #include "cli/cli.h"
 #include "cli/manifest.h"
@@ -108,17 +109,14 @@ void PrintDryRun(const InsertRequest& request, const FrameSavePlan& plan, int32_
                 qPrintable(ListLineText(position)));
 }
 
-// A list that ends where frame 0's data begins runs on once frame 0 moves elsewhere.
-void WarnWhenTheListRunsOn(const CliImage& image, const InsertRequest& request, int32_t position, int32_t oldEntry)
+// A write at a typed position says what else it covers.
+void NoteWhatItCovers(const CliImage& image, const InsertRequest& request, const FrameSavePlan& plan, int32_t position)
 {
-    ArtTable table;
-    int32_t readPosition = 0;
-    if (request.slot != 0 || position == oldEntry
-        || ReadArtTable(image.document.file, readPosition, table, kArtTablePositions[size_t(request.table)])
-               != TableEnd::FirstFrameReached)
-        return;
-    std::fprintf(stderr, "zelvane-art: note: table %d's list ends where its frame 0 begins; with frame 0 elsewhere, "
-                         "the list runs on into the data behind it, as after the editor's save\n", request.table);
+    const QStringList covered = CoveredBy(ListedSpans(image.document), position, plan.patches.back().bytes.size(),
+                                          request.table, request.slot);
+    if (request.at && !covered.isEmpty())
+        std::fprintf(stderr, "zelvane-art: note: the new bytes at %s cover %s\n", qPrintable(ListLineText(position)),
+                     qPrintable(covered.join(QStringLiteral(", "))));
 }
 
 int Insert(CliImage& image, const InsertRequest& request)
@@ -158,13 +156,15 @@ int Insert(CliImage& image, const InsertRequest& request)
         PlanFrameSave(state.tables[size_t(request.table)], request.slot, placed.placement, placed.pixels, *position, errorText);
     if (!plan)
         return Fail(QDir::toNativeSeparators(request.picture) + ": " + errorText);
-    WarnWhenTheListRunsOn(image, request, *position, oldEntry);
-    if (request.dryRun) {
-        PrintDryRun(request, *plan, *position, oldEntry);
+    if (AlreadyThere(image, request, *plan, *position)) {
+        std::fprintf(stderr, "zelvane-art: %s: the slot already shows this picture there; nothing %s written\n", qPrintable(rom),
+                     request.dryRun ? "would be" : "was");
         return kDone;
     }
-    if (AlreadyThere(image, request, *plan, *position)) {
-        std::fprintf(stderr, "zelvane-art: %s: the slot already shows this picture there; nothing was written\n", qPrintable(rom));
+    NoteListRunsOn(image.document, request.table, request.slot, *position);
+    NoteWhatItCovers(image, request, *plan, *position);
+    if (request.dryRun) {
+        PrintDryRun(request, *plan, *position, oldEntry);
         return kDone;
     }
     const QString command = QStringLiteral("insert %1 as table %2 slot %3")

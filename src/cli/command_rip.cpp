@@ -1,7 +1,10 @@
-// zelvane-art rip: every listed frame as an indexed PNG in its entry's palette, a
-// manifest that says where each came from, and each distinct palette in three formats.
+// zelvane-art rip: every listed frame as an indexed PNG in its entry's palette (or each
+// table's frames on one sheet), a manifest that says where each came from and what rip
+// wrote, and each distinct palette in three formats.
 #include "cli/cli.h"
+#include "cli/manifest.h"
 #include "exchange/palette_files.h"
+#include "exchange/sprite_sheet.h"
 #include "exchange/whole_file.h"
 #include "rom/art_lists.h"
 #include "view/frame_render.h"
@@ -13,26 +16,34 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 #include <cstdio>
 #include <unistd.h>
 
 namespace {
 const CommandHelp kHelp{
-    "rip", "ROM DIR [--tables 0,3,...] [--quiet]",
+    "rip", "ROM DIR [--tables 0,3,...] [--sheets] [--force] [--quiet]",
     "Write the frames of ROM into DIR as indexed PNG pictures, with a manifest and the palettes.",
     "Each frame the frame list shows becomes DIR/tableNN/slotNNN.png, 8-bit indexed in its entry's\n"
     "palette: indices 0 to 16 are the frame's pixel values, index 17 is fully transparent. The PNG\n"
-    "covers the box of the drawn pixels; DIR/manifest.json gives each file's table, slot, offset and\n"
-    "origin, the frame coordinate of its top-left pixel. Frames that cannot be read are listed there\n"
-    "with a reason instead of a file. Each distinct palette is written as DIR/palettes/tableNN.gpl,\n"
-    ".act and .tpl. DIR is created when missing.\n\n"
+    "covers the box of the drawn pixels; DIR/manifest.json gives each file's table, slot, offset,\n"
+    "origin (the frame coordinate of its top-left pixel) and checksum. Frames that cannot be read\n"
+    "are listed there with a reason instead of a file. Each distinct palette is written as\n"
+    "DIR/palettes/tableNN.gpl, .act and .tpl. DIR is created when missing.\n\n"
+    "A picture that was edited since the rip that wrote it (its checksum in DIR/manifest.json no\n"
+    "longer matches) is never overwritten: rip refuses, naming it, before it writes anything.\n\n"
     "  --tables LIST  only these tables, comma-separated (0 to 13)\n"
+    "  --sheets       one picture per table, DIR/tableNN.png, each frame in a rectangle of its own\n"
+    "                 (in slot order, a transparent pixel between neighbours), given as \"rect\":\n"
+    "                 [x, y, w, h] in the manifest; origin is the rectangle's top-left pixel\n"
+    "  --force        overwrite pictures edited since the last rip\n"
     "  --quiet        no progress line on a terminal",
     2};
 
 struct Rip {
     QDir dir;
     const RomDocument& state;
+    bool sheets = false;
     bool progress = false;
     QJsonArray frames = {};
     QList<std::pair<Palette, QString>> palettes = {}; // distinct ones, and their base names
@@ -113,40 +124,117 @@ bool RemoveStaleManifest(const QString& dirPath)
     return false;
 }
 
-bool RipFrame(Rip& rip, int n, int slot, const QString& paletteName)
+// The first picture an earlier rip wrote into dirPath that was edited since.
+std::optional<QString> EditedPicture(const QString& dirPath)
+{
+    QString unread;
+    const std::optional<std::vector<ManifestFrame>> earlier = ReadManifest(dirPath, unread);
+    QSet<QString> checked;
+    for (const ManifestFrame& frame : earlier.value_or(std::vector<ManifestFrame>{})) {
+        if (!frame.crc32 || checked.contains(frame.file))
+            continue;
+        checked.insert(frame.file);
+        QFile picture(QDir(dirPath).filePath(frame.file));
+        if (picture.exists() && (!picture.open(QIODevice::ReadOnly) || ChecksumText(picture.readAll()) != *frame.crc32))
+            return picture.fileName();
+    }
+    return std::nullopt;
+}
+
+// A frame of the list as rip finds it: its manifest line so far, and its pixels when it
+// can be read.
+struct FoundFrame {
+    QJsonObject entry;
+    std::optional<FramePixels> pixels;
+};
+
+FoundFrame FindFrame(const Rip& rip, int n, int slot)
 {
     const int32_t offset = rip.state.tables[size_t(n)].pointers[size_t(slot)];
-    QJsonObject entry{{"table", n}, {"slot", slot}, {"offset", double(uint32_t(offset))}};
+    FoundFrame found{{{"table", n}, {"slot", slot}, {"offset", double(uint32_t(offset))}}, std::nullopt};
     ArtFrame frame;
     int32_t readPosition = 0;
-    if (offset < 0 || offset >= RomLength(rip.state.file)) {
-        entry["reason"] = QStringLiteral("the entry holds no position inside the image");
-    } else if (ReadFrame(rip.state.file, readPosition, frame, offset) != FrameRead::Complete) {
-        entry["reason"] = QStringLiteral("the frame runs past the end of the image or past what a frame can hold");
-    } else {
-        const FramePixels pixels = RenderFramePixels(frame);
-        const QString file = QStringLiteral("table%1/slot%2.png").arg(n, 2, 10, QChar(u'0')).arg(slot, 3, 10, QChar(u'0'));
-        if (!WriteInto(rip, file, PngBytes(IndexedFramePicture(pixels, rip.state.palettes[size_t(n)]))))
-            return false;
-        entry["file"] = file;
-        entry["origin"] = QJsonArray{pixels.origin.x(), pixels.origin.y()};
-        entry["palette"] = paletteName;
-    }
+    if (offset < 0 || offset >= RomLength(rip.state.file))
+        found.entry["reason"] = QStringLiteral("the entry holds no position inside the image");
+    else if (ReadFrame(rip.state.file, readPosition, frame, offset) != FrameRead::Complete)
+        found.entry["reason"] = QStringLiteral("the frame runs past the end of the image or past what a frame can hold");
+    else
+        found.pixels = RenderFramePixels(frame);
+    return found;
+}
+
+void Record(Rip& rip, QJsonObject entry)
+{
     rip.frames.append(entry);
     if (rip.progress && (++rip.done % 32 == 0 || rip.done == rip.total))
         std::fprintf(stderr, "\rrip: %d of %d frames", rip.done, rip.total);
+}
+
+QJsonObject Listed(QJsonObject entry, const QString& file, QPoint origin, const QString& palette, const QByteArray& bytes)
+{
+    entry["file"] = file;
+    entry["origin"] = QJsonArray{origin.x(), origin.y()};
+    entry["palette"] = palette;
+    entry["crc32"] = ChecksumText(bytes);
+    return entry;
+}
+
+bool RipFrames(Rip& rip, int n, const std::vector<FoundFrame>& found, const QString& paletteName)
+{
+    const QString folder = QStringLiteral("table%1").arg(n, 2, 10, QChar(u'0'));
+    if (!MakeFolder(rip, folder))
+        return false;
+    for (const FoundFrame& frame : found) {
+        if (!frame.pixels) {
+            Record(rip, frame.entry);
+            continue;
+        }
+        const QString file = QStringLiteral("%1/slot%2.png").arg(folder).arg(frame.entry["slot"].toInt(), 3, 10, QChar(u'0'));
+        const QByteArray bytes = PngBytes(IndexedFramePicture(*frame.pixels, rip.state.palettes[size_t(n)]));
+        if (!WriteInto(rip, file, bytes))
+            return false;
+        Record(rip, Listed(frame.entry, file, frame.pixels->origin, paletteName, bytes));
+    }
+    return true;
+}
+
+bool RipSheet(Rip& rip, int n, const std::vector<FoundFrame>& found, const QString& paletteName)
+{
+    std::vector<FramePixels> drawn;
+    std::vector<QSize> sizes;
+    for (const FoundFrame& frame : found)
+        if (frame.pixels) {
+            drawn.push_back(*frame.pixels);
+            sizes.emplace_back(std::max(frame.pixels->grid.width, 1), std::max(frame.pixels->grid.height, 1));
+        }
+    const std::vector<QRect> rects = LayOutSheet(sizes);
+    const QString file = QStringLiteral("table%1.png").arg(n, 2, 10, QChar(u'0'));
+    const QByteArray bytes = PngBytes(SheetPicture(drawn, rects, rip.state.palettes[size_t(n)]));
+    if (!WriteInto(rip, file, bytes))
+        return false;
+    size_t next = 0;
+    for (const FoundFrame& frame : found) {
+        if (!frame.pixels) {
+            Record(rip, frame.entry);
+            continue;
+        }
+        const QRect& rect = rects[next++];
+        QJsonObject entry = Listed(frame.entry, file, frame.pixels->origin, paletteName, bytes);
+        entry["rect"] = QJsonArray{rect.x(), rect.y(), rect.width(), rect.height()};
+        Record(rip, entry);
+    }
     return true;
 }
 
 bool RipTable(Rip& rip, int n)
 {
     const std::optional<QString> paletteName = PaletteFiles(rip, n);
-    if (!paletteName || !MakeFolder(rip, QStringLiteral("table%1").arg(n, 2, 10, QChar(u'0'))))
+    if (!paletteName)
         return false;
+    std::vector<FoundFrame> found;
     for (int slot = 0; slot < ListedSlotCount(rip.state.tables[size_t(n)]); ++slot)
-        if (!RipFrame(rip, n, slot, *paletteName))
-            return false;
-    return true;
+        found.push_back(FindFrame(rip, n, slot));
+    return rip.sheets ? RipSheet(rip, n, found, *paletteName) : RipFrames(rip, n, found, *paletteName);
 }
 }
 
@@ -155,6 +243,8 @@ int RunRip(const QStringList& args)
     QCommandLineParser parser;
     parser.addOption(QCommandLineOption(QStringLiteral("tables"), {}, QStringLiteral("LIST")));
     parser.addOption(QCommandLineOption(QStringLiteral("quiet")));
+    parser.addOption(QCommandLineOption(QStringLiteral("sheets")));
+    parser.addOption(QCommandLineOption(QStringLiteral("force")));
     if (const int exit = ParseCommand(parser, args, kHelp); exit >= 0)
         return exit;
     const std::optional<QList<int>> tables = parser.isSet(QStringLiteral("tables"))
@@ -168,11 +258,16 @@ int RunRip(const QStringList& args)
     if (!image)
         return kRefused;
     const QString dirPath = parser.positionalArguments()[1];
+    const std::optional<QString> edited = parser.isSet(QStringLiteral("force")) ? std::nullopt : EditedPicture(dirPath);
+    if (edited)
+        return Fail(QStringLiteral("%1 was edited since the rip that wrote it; nothing was written (--force overwrites it)")
+                        .arg(QDir::toNativeSeparators(*edited)));
     if (!RemoveStaleManifest(dirPath))
         return kRefused;
     if (!QDir().mkpath(dirPath))
         return Fail(QStringLiteral("%1: the folder cannot be created").arg(QDir::toNativeSeparators(dirPath)));
-    Rip rip{QDir(dirPath), image->document, !parser.isSet(QStringLiteral("quiet")) && ::isatty(2)};
+    Rip rip{QDir(dirPath), image->document, parser.isSet(QStringLiteral("sheets")),
+            !parser.isSet(QStringLiteral("quiet")) && ::isatty(2)};
     for (int n : *tables)
         rip.total += ListedSlotCount(rip.state.tables[size_t(n)]);
     for (int n : *tables)

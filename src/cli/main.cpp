@@ -13,11 +13,14 @@ const char* const kUsageText =
     "Commands:\n"
     "  tables ROM [--json]\n"
     "      List the 14 art tables and the frames each lists.\n"
-    "  rip ROM DIR [--tables 0,3,...] [--quiet]\n"
-    "      Write every listed frame as an indexed PNG, a manifest.json and the palettes.\n"
+    "  rip ROM DIR [--tables 0,3,...] [--sheets] [--force] [--quiet]\n"
+    "      Write every listed frame as an indexed PNG (or each table's frames on one sheet),\n"
+    "      a manifest.json and the palettes.\n"
     "  insert ROM TABLE SLOT IMAGE (--append | --at HEX) [--origin X,Y]\n"
     "         [--match editor|perceptual] [--dry-run]\n"
     "      Put a picture into the image as that slot's frame and point the entry at it.\n"
+    "  import ROM DIR [--dry-run] [--match editor|perceptual]\n"
+    "      Put every picture a rip folder lists back into the image, as one change.\n"
     "  palette export ROM TABLE FILE\n"
     "  palette import ROM TABLE FILE\n"
     "      Write a table's palette to FILE, or take its colours from FILE\n"
@@ -57,7 +60,7 @@ int main(int argc, char** argv)
         return kDone;
     }
     const QList<std::pair<QString, int (*)(const QStringList&)>> commands = {
-        {"tables", RunTables}, {"rip", RunRip},         {"insert", RunInsert},
+        {"tables", RunTables}, {"rip", RunRip},         {"insert", RunInsert}, {"import", RunImport},
         {"palette", RunPalette}, {"history", RunHistory}, {"revert", RunRevert}};
     for (const auto& [name, run] : commands)
         if (command == name)

@@ -36,19 +36,31 @@ FramePixels RenderFramePixels(const ArtFrame& frame)
     return box;
 }
 
-QImage IndexedFramePicture(const FramePixels& pixels, const Palette& palette)
+QList<QRgb> FrameColorTable(const Palette& palette)
 {
-    QImage picture(std::max(pixels.grid.width, 1), std::max(pixels.grid.height, 1), QImage::Format_Indexed8);
     QList<QRgb> table;
     for (int slot = 0; slot <= kLastDrawnValue; ++slot)
         table << ScreenToRgb(WordToScreen(palette.colors[size_t(slot)]));
     table << qRgba(0, 0, 0, 0);
-    picture.setColorTable(table);
+    return table;
+}
+
+void PutFramePixels(QImage& picture, QPoint at, const PixelGrid& grid)
+{
+    for (int y = 0; y < grid.height; ++y) {
+        uchar* line = picture.scanLine(at.y() + y) + at.x();
+        for (int x = 0; x < grid.width; ++x)
+            if (const int value = grid.At(x, y); value != kNoPixel)
+                line[x] = uchar(value);
+    }
+}
+
+QImage IndexedFramePicture(const FramePixels& pixels, const Palette& palette)
+{
+    QImage picture(std::max(pixels.grid.width, 1), std::max(pixels.grid.height, 1), QImage::Format_Indexed8);
+    picture.setColorTable(FrameColorTable(palette));
     picture.fill(uint(kTransparentIndex));
-    for (int y = 0; y < pixels.grid.height; ++y)
-        for (int x = 0; x < pixels.grid.width; ++x)
-            if (const int value = pixels.grid.At(x, y); value != kNoPixel)
-                picture.setPixel(x, y, uint(value));
+    PutFramePixels(picture, {0, 0}, pixels.grid);
     return picture;
 }
 

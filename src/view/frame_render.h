@@ -24,6 +24,10 @@ FramePixels RenderFramePixels(const ArtFrame& frame);
 // 8-bit indexed: indices 0-16 the palette's slots, all opaque; index 17 fully
 // transparent. A frame with no drawn pixel gives a 1 x 1 transparent picture.
 QImage IndexedFramePicture(const FramePixels& pixels, const Palette& palette);
+// That picture's colour table.
+QList<QRgb> FrameColorTable(const Palette& palette);
+// A frame's drawn pixels into an 8-bit indexed picture, its cell (0, 0) at at.
+void PutFramePixels(QImage& picture, QPoint at, const PixelGrid& grid);
 
 // Whether two frames draw the same pixels at the same frame coordinates.
 bool DrawsSame(const ArtFrame& a, const ArtFrame& b);
