@@ -85,6 +85,26 @@ QJsonArray Manifest(const QString& dir)
     return QJsonDocument::fromJson(FileBytes(dir + "/manifest.json")).object()["frames"].toArray();
 }
 
+QRect RectOf(const QJsonValue& line)
+{
+    const QJsonArray r = line["rect"].toArray();
+    return r.size() == 4 ? QRect(r[0].toInt(), r[1].toInt(), r[2].toInt(), r[3].toInt()) : QRect();
+}
+
+// An edit as a paint program makes it: the frame's pixels (its rectangle, on a sheet)
+// mirrored, the colour table kept.
+void Mirror(const QString& dir, const QJsonValue& line)
+{
+    const QString file = dir + "/" + line["file"].toString();
+    QImage picture(file);
+    const QRect rect = line["rect"].isArray() ? RectOf(line) : picture.rect();
+    const QImage part = picture.copy(rect);
+    for (int y = 0; y < rect.height(); ++y)
+        for (int x = 0; x < rect.width(); ++x)
+            picture.setPixel(rect.left() + x, rect.top() + y, uint(part.pixelIndex(rect.width() - 1 - x, y)));
+    QVERIFY(picture.save(file));
+}
+
 // The second rip shows every frame as the first did, but for the frames with lines of
 // odd width (table 0's frame 2, table 1's frame 1), which gained their index-0 pixels.
 void CompareRips(const QString& before, const QString& after, const QStringList& widened = {})
@@ -121,7 +141,8 @@ private slots:
     void init()
     {
         QFile::setPermissions(dir.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QFile::remove(rom);
+        for (const QString& old : QDir(dir.path()).entryList(QDir::Files | QDir::System))
+            QFile::remove(dir.filePath(old)); // the image and its journal, so each case starts with no history
         QVERIFY(WriteFileBytes(rom, GeneratedImage()));
     }
 
@@ -144,6 +165,65 @@ private slots:
         InsertAll(rom, second);
         QCOMPARE(Cli({"rip", rom, third}).code, 0);
         CompareRips(second, third);
+    }
+
+    // Every frame has a rectangle of its own on its table's sheet, in slot order, a
+    // transparent pixel from its neighbours, showing what its own picture shows. Ten
+    // frames mirrored on ten sheets go back as one change; the rest stay where they were.
+    void sheetsImportAsOneChange()
+    {
+        const QString sheets = dir.filePath("sheets"), frames = dir.filePath("frames");
+        QVERIFY(Cli({"rip", rom, sheets, "--sheets"}).code + Cli({"rip", rom, frames}).code == 0);
+        const QJsonArray lines = Manifest(sheets), single = Manifest(frames);
+        QCOMPARE(lines.size(), single.size());
+        QRect previous;
+        for (qsizetype i = 0; i < lines.size(); ++i) {
+            const QRect rect = RectOf(lines[i]);
+            QCOMPARE(rect.isValid(), single[i]["file"].isString());
+            if (!rect.isValid())
+                continue;
+            if (lines[i]["slot"].toInt() > 0 && previous.isValid())
+                QVERIFY(rect.top() > previous.bottom() + 1 || (rect.top() == previous.top() && rect.left() > previous.right() + 1));
+            previous = rect;
+            QCOMPARE(QImage(sheets + "/" + lines[i]["file"].toString()).copy(rect).convertToFormat(QImage::Format_ARGB32),
+                     QImage(frames + "/" + single[i]["file"].toString()).convertToFormat(QImage::Format_ARGB32));
+            QCOMPARE(lines[i]["origin"], single[i]["origin"]);
+        }
+        const QByteArray original = FileBytes(rom);
+        QCOMPARE(Cli({"import", rom, sheets}).code, 0);
+        QCOMPARE(FileBytes(rom), original); // a picture the slot already draws changes nothing
+        QStringList edited;
+        for (int t = 0; t < 10; ++t)
+            Mirror(sheets, lines[4 * t + 1]), edited << single[4 * t + 1]["file"].toString();
+        QCOMPARE(Cli({"import", rom, sheets}).code, 0);
+        QCOMPARE(Cli({"rip", rom, dir.filePath("after")}).code, 0);
+        CompareRips(frames, dir.filePath("after"), edited);
+        QCOMPARE(Cli({"history", rom}).out.count('\n'), 1);
+        QCOMPARE(Cli({"import", rom, sheets}).code, 0); // in step: nothing more to write
+        QCOMPARE(Cli({"history", rom}).out.count('\n'), 1);
+        QCOMPARE(Cli({"revert", rom, "1"}).code, 0);
+        QCOMPARE(FileBytes(rom), original);
+    }
+
+    // One refused picture refuses them all, each named on a line of its own; a slot
+    // another program moved since the rip is refused; rip keeps a picture edited since.
+    void importIsAllOrNothing()
+    {
+        const QString frames = dir.filePath("frames");
+        QCOMPARE(Cli({"rip", rom, frames}).code, 0);
+        const QJsonArray lines = Manifest(frames);
+        Mirror(frames, lines[4 * 4 + 1]);
+        Mirror(frames, lines[4 * 5 + 2]);
+        WriteFileBytes(frames + "/table06/slot000.png", "not a picture");
+        QCOMPARE(Cli({"insert", rom, "5", "2", frames + "/table05/slot000.png", "--append"}).code, 0);
+        const QByteArray moved = FileBytes(rom), manifest = FileBytes(frames + "/manifest.json");
+        const Run run = Cli({"import", rom, frames});
+        QVERIFY2(run.code == 1 && run.err.count('\n') == 2 && run.err.contains("table06/slot000.png: not a PNG")
+                     && run.err.contains("table 5 slot 2 was changed by another program"), run.err);
+        QCOMPARE(FileBytes(rom), moved);
+        const Run rip = Cli({"rip", rom, frames});
+        QVERIFY(rip.code == 1 && rip.err.contains("table04/slot001.png was edited since"));
+        QCOMPARE(FileBytes(frames + "/manifest.json"), manifest);
     }
 
     void palettesRoundTrip()
