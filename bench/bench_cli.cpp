@@ -1,10 +1,16 @@
 // The command line as its users run it, a process from start to exit: rip of an image
-// whose 14 tables are full (151 frames each, 2,114 frames), and tables on the demo image.
+// whose 14 tables are full (151 frames each, 2,114 frames), as frames and as sheets, an
+// import of sheets on which every frame was edited, and tables on the demo image.
 #include "demo_image.h"
 #include "rom/art_table.h"
 #include "rom_builder.h"
 
+#include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
@@ -68,6 +74,63 @@ void BM_RipFullImage(benchmark::State& state)
         benchmark::Counter(double(kArtTableCount * kTableSlots) * double(state.iterations()), benchmark::Counter::kIsRate);
 }
 BENCHMARK(BM_RipFullImage)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_RipSheetsOfTheFullImage(benchmark::State& state)
+{
+    Images& images = Shared();
+    int rips = 0;
+    for (auto _ : state)
+        if (!RunCli({"rip", images.full, images.dir.filePath(QStringLiteral("sheets%1").arg(rips++)), "--sheets", "--quiet"}))
+            state.SkipWithError("rip failed");
+    state.counters["frames_per_second"] =
+        benchmark::Counter(double(kArtTableCount * kTableSlots) * double(state.iterations()), benchmark::Counter::kIsRate);
+}
+BENCHMARK(BM_RipSheetsOfTheFullImage)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// Every frame's rectangle mirrored on its sheet, as a paint program would edit it.
+void MirrorEveryFrame(const QString& dir)
+{
+    QFile file(dir + "/manifest.json");
+    file.open(QIODevice::ReadOnly);
+    QMap<QString, QImage> sheets;
+    for (const QJsonValue& line : QJsonDocument::fromJson(file.readAll())["frames"].toArray()) {
+        const QString name = line["file"].toString();
+        const QJsonArray r = line["rect"].toArray();
+        if (!sheets.contains(name))
+            sheets[name] = QImage(dir + "/" + name);
+        QImage& sheet = sheets[name];
+        const QRect rect(r[0].toInt(), r[1].toInt(), r[2].toInt(), r[3].toInt());
+        const QImage part = sheet.copy(rect);
+        for (int y = 0; y < rect.height(); ++y)
+            for (int x = 0; x < rect.width(); ++x)
+                sheet.setPixel(rect.left() + x, rect.top() + y, uint(part.pixelIndex(rect.width() - 1 - x, y)));
+    }
+    for (auto sheet = sheets.begin(); sheet != sheets.end(); ++sheet)
+        sheet->save(dir + "/" + sheet.key());
+}
+
+void BM_ImportEveryFrameEdited(benchmark::State& state)
+{
+    Images& images = Shared();
+    const QString edited = images.dir.filePath("edited");
+    if (!RunCli({"rip", images.full, edited, "--sheets", "--quiet", "--force"})) // each run edits them anew
+        state.SkipWithError("rip failed");
+    MirrorEveryFrame(edited);
+    const QByteArray manifest = [&] { QFile f(edited + "/manifest.json"); f.open(QIODevice::ReadOnly); return f.readAll(); }();
+    const QByteArray full = FullImage();
+    const QString rom = images.dir.filePath("imported.bin");
+    for (auto _ : state) {
+        state.PauseTiming();
+        QFile::remove(rom + ".zelvane-journal");
+        WriteFileBytes(rom, full), WriteFileBytes(edited + "/manifest.json", manifest);
+        state.ResumeTiming();
+        if (!RunCli({"import", rom, edited}))
+            state.SkipWithError("import failed");
+    }
+    state.counters["frames_per_second"] =
+        benchmark::Counter(double(kArtTableCount * kTableSlots) * double(state.iterations()), benchmark::Counter::kIsRate);
+}
+BENCHMARK(BM_ImportEveryFrameEdited)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void BM_TablesOfTheDemoImage(benchmark::State& state)
 {
