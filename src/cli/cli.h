@@ -18,6 +18,7 @@ int RunInsert(const QStringList& args);
 int RunPalette(const QStringList& args);
 int RunHistory(const QStringList& args);
 int RunRevert(const QStringList& args);
+int RunPatch(const QStringList& args);
 
 // "zelvane-art: text" on stderr, on one line; gives kRefused.
 int Fail(const QString& text);
