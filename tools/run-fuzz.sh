@@ -13,10 +13,11 @@ bytes() { local hex; hex=$(printf "%0$(($2 * 2))x" "$1"); printf "$(sed 's/../\\
 piece() { bytes "$2" 4; bytes "$3" 1; dd if="$1" bs=1 skip="$2" count="$3" status=none; }
 
 # Small seeds from the real programs: pieces of the demo image around each table, its
-# palette and its first frame; a 16-colour bitmap; typed answers; a real journal.
+# palette and its first frame; a 16-colour bitmap; typed answers; a real journal; a
+# patch of each format.
 make_seeds() {
   local seeds=$1 demo=$2 n=0 table frame palettes=(0x22921A 0x22923E 0x22927E 0x22925C 0x2292A0 0x2292BE 0x2292DC)
-  rm -rf "$seeds" && mkdir -p "$seeds"/{open_image,encoder,bitmap,answers,journal}
+  rm -rf "$seeds" && mkdir -p "$seeds"/{open_image,encoder,bitmap,answers,journal,patch}
   for table in 0xA0504 0xB18BC 0xCB3B4 0xD4E44 0xF1130 0xF6A18 0x101304; do
     frame=$(( 0x$(od -An -tx1 -j $((table)) -N4 "$demo" | tr -d ' \n') - 0x2000000 ))
     { bytes $((0x300000)) 4; piece "$demo" $((table)) 64; piece "$demo" $((palettes[n])) 30
@@ -29,14 +30,18 @@ make_seeds() {
   cp "$demo" "$seeds/image.bin"
   build-fuzz/zelvane-art palette export "$seeds/image.bin" 3 "$seeds/palette.gpl"
   build-fuzz/zelvane-art palette import "$seeds/image.bin" 5 "$seeds/palette.gpl"
+  for format in bps ips; do # a first byte of 0 makes all the rest the patch
+    build-fuzz/zelvane-art patch create "$seeds/image.bin" "$seeds/patch.$format"
+    { printf '\x00'; cat "$seeds/patch.$format"; } >"$seeds/patch/palette-import.$format"
+  done
   mv "$seeds/image.bin.zelvane-journal" "$seeds/journal/palette-import"
-  rm -f "$seeds/image.bin" "$seeds/palette.gpl"
+  rm -f "$seeds/image.bin" "$seeds/palette.gpl" "$seeds"/patch.*
 }
 jobs=${2:-1}
 bash tools/install-deps.sh fuzz
 
 cmake -S . -B build-fuzz -DZELVANE_FUZZ=ON -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-targets=(open_image encoder bitmap answers journal)
+targets=(open_image encoder bitmap answers journal patch)
 cmake --build build-fuzz -j2 --target demo_rom zelvane-art "${targets[@]/#/fuzz_}"
 
 export ASAN_OPTIONS=detect_leaks=0:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1

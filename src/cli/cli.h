@@ -19,6 +19,7 @@ int RunImport(const QStringList& args);
 int RunPalette(const QStringList& args);
 int RunHistory(const QStringList& args);
 int RunRevert(const QStringList& args);
+int RunPatch(const QStringList& args);
 
 // "zelvane-art: text" on stderr, on one line; gives kRefused.
 int Fail(const QString& text);

@@ -29,6 +29,10 @@ const char* const kUsageText =
     "      List the changes made to the image, as its journal keeps them.\n"
     "  revert ROM N\n"
     "      Put the image back as it was before change N of its history.\n"
+    "  patch create ROM OUT [--from N | --source CLEAN]\n"
+    "      Write a .bps or .ips patch that turns the clean image into the image as it is now.\n"
+    "  patch apply ROM PATCH\n"
+    "      Apply a .bps or .ips patch to the image, as one change of its history.\n"
     "\n"
     "TABLE, SLOT and N are decimal; HEX is hexadecimal. Every command takes --help.\n"
     "\n"
@@ -61,7 +65,7 @@ int main(int argc, char** argv)
     }
     const QList<std::pair<QString, int (*)(const QStringList&)>> commands = {
         {"tables", RunTables}, {"rip", RunRip},         {"insert", RunInsert}, {"import", RunImport},
-        {"palette", RunPalette}, {"history", RunHistory}, {"revert", RunRevert}};
+        {"palette", RunPalette}, {"history", RunHistory}, {"revert", RunRevert}, {"patch", RunPatch}};
     for (const auto& [name, run] : commands)
         if (command == name)
             return run(args);

@@ -253,6 +253,36 @@ private slots:
         QCOMPARE(FileBytes(rom), editor.RomBytes());
     }
 
+    // A patch of the image's changes (the first of which grows it) makes them on a clean
+    // copy as one change that revert 1 undoes; a patch back to the clean image shrinks it.
+    void patchesRoundTrip()
+    {
+        const QByteArray clean = FileBytes(rom);
+        const QString picture = dir.filePath("ok.png"), palette = dir.filePath("p.gpl"), copy = dir.filePath("copy.bin");
+        QImage black(6, 4, QImage::Format_RGB32);
+        black.fill(Qt::black);
+        QVERIFY(black.save(picture));
+        QCOMPARE(Cli({"insert", rom, "4", "0", picture, "--append"}).code + Cli({"palette", "export", rom, "2", palette}).code
+                     + Cli({"palette", "import", rom, "6", palette}).code, 0);
+        const QByteArray changed = FileBytes(rom);
+        for (const QString patch : {"p.bps", "p.ips", "late.ips"}) {
+            QVERIFY(WriteFileBytes(copy, clean) && (!QFile::exists(copy + ".zelvane-journal") || QFile::remove(copy + ".zelvane-journal")));
+            const QStringList from = patch.startsWith("late") ? QStringList{"--from", "2"} : QStringList();
+            QCOMPARE(Cli(QStringList{"patch", "create", rom, dir.filePath(patch)} + from).code, 0);
+            QCOMPARE(Cli({"patch", "apply", copy, dir.filePath(patch)}).code, 0);
+            // Change 2 alone: the palette import.
+            const int at = kPalettePositions[6];
+            QCOMPARE(FileBytes(copy), from.isEmpty() ? changed : QByteArray(clean).replace(at, 30, changed.mid(at, 30)));
+            QCOMPARE(Cli({"history", copy}).out.count('\n'), 1);
+            QCOMPARE(Cli({"revert", copy, "1"}).code, 0);
+            QCOMPARE(FileBytes(copy), clean);
+        }
+        QCOMPARE(Cli({"patch", "create", copy, dir.filePath("back.bps"), "--source", rom}).code, 0);
+        for (const int code : {0, 1}) // the second time, the image is no longer the one it was made for
+            QCOMPARE(Cli({"patch", "apply", rom, dir.filePath("back.bps")}).code, code);
+        QCOMPARE(FileBytes(rom), clean);
+    }
+
     void refusalsWriteNothing_data()
     {
         QTest::addColumn<QStringList>("args"); // ROM and DIR stand for the image and the folder
@@ -277,6 +307,8 @@ private slots:
         QTest::newRow("full disk") << QStringList{"rip", "ROM", "DIR/full"} << 1 << "No space left on device";
         QTest::newRow("no position") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png"} << 2 << "--append or --at";
         QTest::newRow("not a command") << QStringList{"rips", "ROM"} << 2 << "unknown command rips";
+        QTest::newRow("patch of no history") << QStringList{"patch", "create", "ROM", "DIR/p.bps"} << 1 << "keeps no change";
+        QTest::newRow("not a patch's name") << QStringList{"patch", "apply", "ROM", "DIR/ok.png"} << 2 << "must end in .bps or .ips";
     }
 
     void refusalsWriteNothing()
