@@ -173,6 +173,12 @@ private slots:
         QCOMPARE(FileBytes(rom), editor.RomBytes());
     }
 
+    void everyCommandAnswersHelp()
+    {
+        for (const QString command : {"tables", "rip", "insert", "palette", "palette export", "palette import", "history", "revert"})
+            QCOMPARE(Cli(command.split(' ') << "--help").code, 0); // without its arguments, a command would exit 2
+    }
+
     void refusalsWriteNothing_data()
     {
         QTest::addColumn<QStringList>("args"); // ROM and DIR stand for the image and the folder
