@@ -16,7 +16,7 @@ const char* const kUsageText =
     "  rip ROM DIR [--tables 0,3,...] [--quiet]\n"
     "      Write every listed frame as an indexed PNG, a manifest.json and the palettes.\n"
     "  insert ROM TABLE SLOT IMAGE (--append | --at HEX) [--origin X,Y]\n"
-    "         [--match editor|perceptual] [--dry-run]\n"
+    "         [--match editor|perceptual] [--exact] [--dry-run]\n"
     "      Put a picture into the image as that slot's frame and point the entry at it.\n"
     "  palette export ROM TABLE FILE\n"
     "  palette import ROM TABLE FILE\n"
