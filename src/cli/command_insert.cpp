@@ -17,9 +17,9 @@ namespace {
 const CommandHelp kHelp{
     "insert", "ROM TABLE SLOT IMAGE (--append | --at HEX) [--origin X,Y] [--match editor|perceptual] [--exact] [--dry-run]",
     "Put IMAGE into ROM as the frame of slot SLOT of table TABLE, and point the entry at it.",
-    "IMAGE is a PNG or a 16-colour BMP. A picture whose colour table is the one rip writes for the\n"
-    "table's palette, or the start of it, keeps its indices. Any other (a table reordered by\n"
-    "another tool, RGB, RGBA) is read by colour: a colour that a palette\n"
+    "IMAGE is a PNG, or a BMP of 4, 24 or 32 bits a pixel. A picture whose colour table is the one\n"
+    "rip writes for the table's palette, or the start of it, keeps its indices. Any other (a table\n"
+    "reordered by another tool, RGB, RGBA, a 24-bit BMP) is read by colour: a colour that a palette\n"
     "slot shows exactly takes that slot (the lowest of slots 0 to 16 that show it), any other is\n"
     "matched by --match, and a note on stderr says how many pixels had no exact colour and how far\n"
     "the farthest lies from its match, as the Euclidean distance of 8-bit red, green and blue.\n"

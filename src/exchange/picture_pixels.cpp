@@ -101,8 +101,8 @@ bool LoadPicture(const QString& fileName, QImage& picture, QString& errorText)
         errorText = QStringLiteral("%1: name a .png or a .bmp picture").arg(Shown(fileName));
         return false;
     }
-    if (!HasImportedDepth(fileName)) {
-        errorText = QStringLiteral("%1: not a 16-colour bitmap (4 bits a pixel)").arg(Shown(fileName));
+    if (const int depth = BitmapDepth(fileName); depth != kImportedBitmapDepth && depth != 24 && depth != 32) {
+        errorText = QStringLiteral("%1: not a bitmap of 4, 24 or 32 bits a pixel").arg(Shown(fileName));
         return false;
     }
     if (!LoadBitmapImage(fileName, picture, errorText))

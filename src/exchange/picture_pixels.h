@@ -26,7 +26,8 @@ struct PicturePixelsRead {
 // Larger pictures are refused before anything is allocated for them.
 constexpr int kMaxPictureSide = 4096;
 
-// A .png, or a .bmp with 4 bits a pixel, as it is stored; errorText names the file.
+// A .png, or a .bmp of 4 (indexed), 24 or 32 bits a pixel, as it is stored; errorText
+// names the file.
 bool LoadPicture(const QString& fileName, QImage& picture, QString& errorText);
 
 // The palette slot of every drawn pixel. An indexed picture whose colour table is rip's

@@ -100,16 +100,18 @@ void CompareRips(const QString& before, const QString& after, const QStringList&
 }
 
 // The ripped picture as other tools write it back: its colour table reversed, with its
-// indices; as RGBA with every colour 3 off in red.
+// indices; as a 24-bit bitmap on the editor's background; as RGBA with every colour 3 off in red.
 QImage Rewritten(const QImage& ripped, const QString& form)
 {
     const QList<QRgb> table = ripped.colorTable();
     QImage picture = ripped;
     for (int i = 0; i < picture.colorCount(); ++i)
-        if (form == "near" && qAlpha(table[i]) == 255)
+        if (form == "bmp" && qAlpha(table[i]) == 0)
+            picture.setColor(i, qRgb(240, 240, 240));
+        else if (form == "near" && qAlpha(table[i]) == 255)
             picture.setColor(i, table[i] + (qRed(table[i]) < 128 ? 0x30000 : -0x30000));
     return form == "reordered" ? picture.convertToFormat(QImage::Format_ARGB32).convertToFormat(QImage::Format_Indexed8, {table.rbegin(), table.rend()})
-                               : picture.convertToFormat(QImage::Format_ARGB32);
+                               : picture.convertToFormat(form == "bmp" ? QImage::Format_RGB32 : QImage::Format_ARGB32);
 }
 
 // Inserts every ripped frame of the tables from firstTable on, appended or at its own offset.
@@ -195,6 +197,7 @@ private slots:
         QTest::addColumn<QStringList>("options"); // --exact refuses, the rest are taken
         QTest::addColumn<QString>("said");
         QTest::newRow("colour table reordered") << "reordered" << QStringList{} << "already shows this picture";
+        QTest::newRow("24-bit bitmap") << "bmp" << QStringList{} << "already shows this picture";
         QTest::newRow("colours 3 off") << "near" << QStringList{"--match", "perceptual"} << "have no exact palette colour; the farthest lies 3.0 from";
         QTest::newRow("colours 3 off, exactly") << "near" << QStringList{"--match", "perceptual", "--exact"} << "lies 3.0 from the slot colour it was matched to (Euclidean distance in 8-bit RGB); --exact refuses them";
     }
@@ -207,7 +210,7 @@ private slots:
         QTemporaryDir art;
         QCOMPARE(Cli({"rip", rom, art.filePath("rip"), "--tables", "2"}).code, 0);
         const QJsonObject frame = Manifest(art.filePath("rip"))[0].toObject();
-        const QString picture = art.filePath("pic.png");
+        const QString picture = art.filePath(form == "bmp" ? "pic.bmp" : "pic.png");
         QVERIFY(Rewritten(QImage(art.filePath("rip/" + frame["file"].toString())), form).save(picture));
         const QByteArray before = FileBytes(rom);
         // At the frame's own place and origin: the same frame is not written again.
