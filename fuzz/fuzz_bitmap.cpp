@@ -12,6 +12,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     QImage picture;
     QString error;
     if (HasImportedDepth(file.Path()) && LoadBitmapImage(file.Path(), picture, error))
-        PicturePixels(picture, palette, ColorMatch::Editor, error);
+        PicturePixels(picture, palette, PictureReading{}, error);
     return 0;
 }

@@ -12,7 +12,7 @@
 
 namespace {
 const CommandHelp kHelp{
-    "import", "ROM DIR [--dry-run] [--match editor|perceptual]",
+    "import", "ROM DIR [--dry-run] [--match editor|perceptual] [--exact]",
     "Put every picture that DIR/manifest.json lists back into ROM, as one change.",
     "DIR is a folder rip wrote, with frame pictures or sheets (--sheets); each picture is read as\n"
     "insert reads it, at the origin the manifest records. A frame whose picture draws what the\n"
@@ -27,13 +27,14 @@ const CommandHelp kHelp{
     "  --dry-run       print one line for each frame that would be written (table, slot, in place or\n"
     "                  appended, where, and its bytes, the length tables then reports); write nothing\n"
     "  --match editor|perceptual\n"
-    "                  for pictures read by colour: the editor's matching (the default) or the\n"
-    "                  nearest palette colour in OKLab",
+    "                  for colours no slot shows exactly: the editor's matching (the default) or\n"
+    "                  the nearest palette colour in OKLab; a note says how many pixels and how far\n"
+    "  --exact         refuse a picture with any colour no slot shows",
     2};
 
 struct ImportOptions {
     QString dir;
-    ColorMatch match = ColorMatch::Editor;
+    PictureReading reading;
     bool dryRun = false;
 };
 
@@ -85,15 +86,24 @@ std::vector<ImportRequest> Requests(const RomDocument& document, const std::vect
         if (frame.file.isEmpty())
             continue;
         QString errorText;
+        const QString name = NameOf(options.dir, frame);
         const std::optional<QImage> picture = cache.Picture(frame, errorText);
-        const bool known = frame.table >= 0 && frame.table < kArtTableCount;
-        const std::optional<PixelGrid> pixels =
-            picture && known ? PicturePixels(*picture, document.palettes[size_t(frame.table)], options.match, errorText) : std::nullopt;
-        if (!pixels) {
-            refusals << (known ? errorText : QStringLiteral("%1: table %2 does not exist").arg(NameOf(options.dir, frame)).arg(frame.table));
+        if (!picture) {
+            refusals << errorText;
             continue;
         }
-        requests.push_back({frame.table, frame.slot, frame.offset, frame.origin, *pixels, NameOf(options.dir, frame)});
+        if (frame.table < 0 || frame.table >= kArtTableCount) {
+            refusals << QStringLiteral("%1: table %2 does not exist").arg(name).arg(frame.table);
+            continue;
+        }
+        const std::optional<PicturePixelsRead> read = PicturePixels(*picture, document.palettes[size_t(frame.table)], options.reading, errorText);
+        if (!read) {
+            refusals << QStringLiteral("%1: %2").arg(name, errorText);
+            continue;
+        }
+        if (read->inexactPixels > 0)
+            std::fprintf(stderr, "zelvane-art: note: %s: %s\n", qPrintable(name), qPrintable(InexactColorsText(*read)));
+        requests.push_back({frame.table, frame.slot, frame.offset, frame.origin, read->grid, name});
     }
     return requests;
 }
@@ -194,6 +204,7 @@ int RunImport(const QStringList& args)
     QCommandLineParser parser;
     parser.addOption(QCommandLineOption("dry-run"));
     parser.addOption(QCommandLineOption("match", {}, "HOW"));
+    parser.addOption(QCommandLineOption("exact"));
     if (const int exit = ParseCommand(parser, args, kHelp); exit >= 0)
         return exit;
     const QString match = parser.value("match");
@@ -202,7 +213,8 @@ int RunImport(const QStringList& args)
                      qPrintable(kHelp.synopsis));
         return kUsage;
     }
-    const ImportOptions options{parser.positionalArguments()[1], match == "perceptual" ? ColorMatch::Perceptual : ColorMatch::Editor,
+    const ImportOptions options{parser.positionalArguments()[1],
+                                {match == "perceptual" ? ColorMatch::Perceptual : ColorMatch::Editor, parser.isSet("exact")},
                                 parser.isSet("dry-run")};
     const std::unique_ptr<CliImage> image = OpenImage(parser.positionalArguments()[0], !options.dryRun);
     return image ? Import(*image, options) : kRefused;

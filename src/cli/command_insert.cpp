@@ -16,19 +16,25 @@
 
 namespace {
 const CommandHelp kHelp{
-    "insert", "ROM TABLE SLOT IMAGE (--append | --at HEX) [--origin X,Y] [--match editor|perceptual] [--dry-run]",
+    "insert", "ROM TABLE SLOT IMAGE (--append | --at HEX) [--origin X,Y] [--match editor|perceptual] [--exact] [--dry-run]",
     "Put IMAGE into ROM as the frame of slot SLOT of table TABLE, and point the entry at it.",
-    "IMAGE is an indexed PNG or a 16-colour BMP, whose indices are kept, or an RGB(A) PNG, whose\n"
-    "colours are matched against the table's palette. Fully transparent pixels, pixels under half\n"
-    "opaque and pixels of the editor's background (240, 240, 240) are not drawn. The frame is\n"
-    "encoded as the editor saves it, and refused as the editor refuses it.\n\n"
+    "IMAGE is a PNG, or a BMP of 4, 24 or 32 bits a pixel. A picture whose colour table is the one\n"
+    "rip writes for the table's palette, or the start of it, keeps its indices. Any other (a table\n"
+    "reordered by another tool, RGB, RGBA, a 24-bit BMP) is read by colour: a colour that a palette\n"
+    "slot shows exactly takes that slot (the lowest of slots 0 to 16 that show it), any other is\n"
+    "matched by --match, and a note on stderr says how many pixels had no exact colour and how far\n"
+    "the farthest lies from its match, as the Euclidean distance of 8-bit red, green and blue.\n"
+    "Fully transparent pixels, pixels under half opaque and pixels of the editor's background\n"
+    "(240, 240, 240) are not drawn. The frame is encoded as the editor saves it, and refused as\n"
+    "the editor refuses it.\n\n"
     "  --append        write the frame at the end of the file\n"
     "  --at HEX        write it at this position, whatever lies there\n"
     "  --origin X,Y    the frame coordinate of the picture's top-left pixel; by default the one\n"
     "                  rip recorded for it in the nearest manifest.json, else the editor's placement\n"
     "  --match editor|perceptual\n"
-    "                  for RGB pictures: the editor's matching (the default) or the nearest\n"
-    "                  palette colour in OKLab\n"
+    "                  for colours no slot shows: the editor's matching (the default) or the\n"
+    "                  nearest palette colour in OKLab\n"
+    "  --exact         refuse a picture with any colour no slot shows, and write nothing\n"
     "  --dry-run       say where the frame would go and what the entry would become; write nothing",
     4};
 
@@ -37,7 +43,7 @@ struct InsertRequest {
     QString picture;
     std::optional<QString> at; // hexadecimal digits; none for --append
     std::optional<QPoint> origin;
-    ColorMatch match = ColorMatch::Editor;
+    PictureReading reading;
     bool dryRun = false;
 };
 
@@ -70,7 +76,7 @@ QString ReadRequest(const QCommandLineParser& parser, InsertRequest& request)
     const QString match = parser.value("match");
     if (!match.isEmpty() && match != "editor" && match != "perceptual")
         return QStringLiteral("--match takes editor or perceptual");
-    request.match = match == "perceptual" ? ColorMatch::Perceptual : ColorMatch::Editor;
+    request.reading = {match == "perceptual" ? ColorMatch::Perceptual : ColorMatch::Editor, parser.isSet("exact")};
     request.dryRun = parser.isSet("dry-run");
     return {};
 }
@@ -135,9 +141,13 @@ int Insert(CliImage& image, const InsertRequest& request)
     }
     if (!loaded)
         return Fail(errorText);
-    const std::optional<PixelGrid> pixels = PicturePixels(picture, state.palettes[size_t(request.table)], request.match, errorText);
-    if (!pixels)
+    const std::optional<PicturePixelsRead> read = PicturePixels(picture, state.palettes[size_t(request.table)], request.reading, errorText);
+    if (!read)
         return Fail(QDir::toNativeSeparators(request.picture) + ": " + errorText);
+    if (read->inexactPixels > 0)
+        std::fprintf(stderr, "zelvane-art: note: %s: %s\n", qPrintable(QDir::toNativeSeparators(request.picture)),
+                     qPrintable(InexactColorsText(*read)));
+    const PixelGrid& pixels = read->grid;
     const std::optional<int32_t> position = TargetPosition(request, image);
     if (!position)
         return kRefused;
@@ -151,7 +161,7 @@ int Insert(CliImage& image, const InsertRequest& request)
                         .arg(QDir::toNativeSeparators(request.picture),
                              request.origin ? QStringLiteral("given") : QStringLiteral("recorded in manifest.json"))
                         .arg(kMaxOriginDistance));
-    const PlacedPixels placed = origin ? PlaceAtOrigin(current, *pixels, *origin) : PlacedPixels{current, *pixels};
+    const PlacedPixels placed = origin ? PlaceAtOrigin(current, pixels, *origin) : PlacedPixels{current, pixels};
     const std::optional<FrameSavePlan> plan =
         PlanFrameSave(state.tables[size_t(request.table)], request.slot, placed.placement, placed.pixels, *position, errorText);
     if (!plan)
@@ -184,6 +194,7 @@ int RunInsert(const QStringList& args)
     parser.addOption(QCommandLineOption("at", {}, "HEX"));
     parser.addOption(QCommandLineOption("origin", {}, "X,Y"));
     parser.addOption(QCommandLineOption("match", {}, "HOW"));
+    parser.addOption(QCommandLineOption("exact"));
     parser.addOption(QCommandLineOption("dry-run"));
     if (const int exit = ParseCommand(parser, args, kHelp); exit >= 0)
         return exit;

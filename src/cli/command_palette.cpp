@@ -10,6 +10,13 @@
 #include <cstdio>
 
 namespace {
+const CommandHelp kPaletteHelp{
+    "palette", "export|import ROM TABLE FILE", "Write a table's palette to FILE, or take its colours from FILE.",
+    "  export   write the palette of table TABLE of ROM to FILE\n"
+    "  import   take the palette of table TABLE of ROM from FILE\n\n"
+    "FILE is a .gpl, .act or .tpl palette, or an indexed .png or .bmp. For more, see\n"
+    "zelvane-art palette export --help and zelvane-art palette import --help.",
+    0};
 const CommandHelp kExportHelp{
     "palette export", "ROM TABLE FILE", "Write the palette of table TABLE of ROM to FILE.",
     "The format follows FILE's extension: .gpl (GIMP), .act (Adobe colour table), .tpl (the TPL\n"
@@ -53,8 +60,12 @@ int Import(CliImage& image, int table, const QString& file)
 int RunPalette(const QStringList& args)
 {
     const QString action = args.value(0);
+    if (action == "--help" || action == "-help") { // as the parser of every other command takes it
+        std::fputs(qPrintable(HelpText(kPaletteHelp)), stdout);
+        return kDone;
+    }
     if (action != "export" && action != "import") {
-        std::fprintf(stderr, "zelvane-art palette: say export or import\nUsage: zelvane-art palette export|import ROM TABLE FILE\n");
+        std::fprintf(stderr, "zelvane-art palette: say export or import\nUsage: zelvane-art palette %s\n", qPrintable(kPaletteHelp.synopsis));
         return kUsage;
     }
     const CommandHelp& help = action == "export" ? kExportHelp : kImportHelp;

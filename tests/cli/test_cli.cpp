@@ -119,6 +119,21 @@ void CompareRips(const QString& before, const QString& after, const QStringList&
     }
 }
 
+// The ripped picture as other tools write it back: its colour table reversed, with its
+// indices; as a 24-bit bitmap on the editor's background; as RGBA with every colour 3 off in red.
+QImage Rewritten(const QImage& ripped, const QString& form)
+{
+    const QList<QRgb> table = ripped.colorTable();
+    QImage picture = ripped;
+    for (int i = 0; i < picture.colorCount(); ++i)
+        if (form == "bmp" && qAlpha(table[i]) == 0)
+            picture.setColor(i, qRgb(240, 240, 240));
+        else if (form == "near" && qAlpha(table[i]) == 255)
+            picture.setColor(i, table[i] + (qRed(table[i]) < 128 ? 0x30000 : -0x30000));
+    return form == "reordered" ? picture.convertToFormat(QImage::Format_ARGB32).convertToFormat(QImage::Format_Indexed8, {table.rbegin(), table.rend()})
+                               : picture.convertToFormat(form == "bmp" ? QImage::Format_RGB32 : QImage::Format_ARGB32);
+}
+
 // Inserts every ripped frame of the tables from firstTable on, appended or at its own offset.
 void InsertAll(const QString& rom, const QString& dir, bool atOwnOffset = false, int firstTable = 0)
 {
@@ -240,8 +255,11 @@ private slots:
 
     void sameBytesAsTheEditor()
     {
+        // The editor saves black as slot 1, insert as the lowest slot that shows it: slot 1 here.
+        QByteArray image = GeneratedImage();
+        image[kPalettePositions[5]] = image[kPalettePositions[5] + 1] = 0;
         SessionFixture editor;
-        WriteFileBytes(editor.romPath, GeneratedImage());
+        QVERIFY(WriteFileBytes(editor.romPath, image) && WriteFileBytes(rom, image));
         editor.Show(5, 1);
         editor.session.PickColorSlot(PaletteBoxUnder(PalboxRect(9).center()));
         editor.Stroke({40, 45});
@@ -283,6 +301,42 @@ private slots:
         QCOMPARE(FileBytes(rom), clean);
     }
 
+    void insertReadsByColour_data()
+    {
+        QTest::addColumn<QString>("form"); // as Rewritten makes it
+        QTest::addColumn<QStringList>("options"); // --exact refuses, the rest are taken
+        QTest::addColumn<QString>("said");
+        QTest::newRow("colour table reordered") << "reordered" << QStringList{} << "already shows this picture";
+        QTest::newRow("24-bit bitmap") << "bmp" << QStringList{} << "already shows this picture";
+        QTest::newRow("colours 3 off") << "near" << QStringList{"--match", "perceptual"} << "have no exact palette colour; the farthest lies 3.0 from";
+        QTest::newRow("colours 3 off, exactly") << "near" << QStringList{"--match", "perceptual", "--exact"} << "lies 3.0 from the slot colour it was matched to (Euclidean distance in 8-bit RGB); --exact refuses them";
+    }
+
+    void insertReadsByColour()
+    {
+        QFETCH(QString, form);
+        QFETCH(QStringList, options);
+        QFETCH(QString, said);
+        QTemporaryDir art;
+        QCOMPARE(Cli({"rip", rom, art.filePath("rip"), "--tables", "2"}).code, 0);
+        const QJsonObject frame = Manifest(art.filePath("rip"))[0].toObject();
+        const QString picture = art.filePath(form == "bmp" ? "pic.bmp" : "pic.png");
+        QVERIFY(Rewritten(QImage(art.filePath("rip/" + frame["file"].toString())), form).save(picture));
+        const QByteArray before = FileBytes(rom);
+        // At the frame's own place and origin: the same frame is not written again.
+        const Run run = Cli(QStringList{"insert", rom, "2", "0", picture, "--at", QString::number(frame["offset"].toInteger(), 16), "--origin",
+                                        QStringLiteral("%1,%2").arg(frame["origin"][0].toInt()).arg(frame["origin"][1].toInt())} + options);
+        QVERIFY2(run.code == int(options.contains("--exact")) && run.err.contains(said.toUtf8()), run.err);
+        QCOMPARE(run.err.count('\n'), form == "near" && !options.contains("--exact") ? 2 : 1); // the note only for inexact colours
+        QCOMPARE(FileBytes(rom), before);
+    }
+
+    void everyCommandAnswersHelp()
+    {
+        for (const QString command : {"tables", "rip", "insert", "import", "palette", "palette export", "palette import", "history", "revert", "patch", "patch create", "patch apply"})
+            QCOMPARE(Cli(command.split(' ') << "--help").code, 0); // without its arguments, a command would exit 2
+    }
+
     void refusalsWriteNothing_data()
     {
         QTest::addColumn<QStringList>("args"); // ROM and DIR stand for the image and the folder
@@ -297,7 +351,7 @@ private slots:
         QTest::newRow("manifest four folders up") << QStringList{"insert", "ROM", "0", "0", "DIR/up4/a/b/c/d/runs.png", "--append"} << 1 << "more than 100 runs";
         QTest::newRow("nearest manifest lists another") << QStringList{"insert", "ROM", "0", "0", "DIR/other/a/runs.png", "--append"} << 1 << "more than 100 runs";
         QTest::newRow("nearest manifest a FIFO") << QStringList{"insert", "ROM", "0", "0", "DIR/fifo/a/runs.png", "--append"} << 1 << "more than 100 runs";
-        QTest::newRow("PNG index beyond its colours") << QStringList{"insert", "ROM", "0", "0", "DIR/short.png", "--append"} << 1 << "uses colour index 5; a frame holds indices 0 to 16, and the picture's own colour table has 3";
+        QTest::newRow("PNG index beyond its colours") << QStringList{"insert", "ROM", "0", "0", "DIR/short.png", "--append"} << 1 << "uses colour index 5, and its own colour table has 3";
         QTest::newRow("slot not listed") << QStringList{"insert", "ROM", "4", "4", "DIR/ok.png", "--append"} << 1 << "table 4 lists no slot 4";
         QTest::newRow("beyond the end") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--at", "0x300000"} << 1 << "lies beyond the end";
         QTest::newRow("read-only image") << QStringList{"insert", "ROM", "4", "0", "DIR/ok.png", "--append"} << 1 << "read-only";

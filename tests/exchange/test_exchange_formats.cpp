@@ -1,9 +1,11 @@
 // Bitmap files, uncompressed art and palette files.
 #include "exchange/bitmap_files.h"
 #include "exchange/bitmap_fixtures.h"
+#include "exchange/picture_pixels.h"
 #include "exchange/section_copy.h"
 #include "exchange/uncompressed_art.h"
 #include "library_fixture.h"
+#include "view/frame_render.h"
 
 #include <QtTest>
 
@@ -11,6 +13,19 @@ namespace {
 // Three columns (an odd width) and two rows of indices, top row first.
 const std::vector<int> kGrid = {0, 1, 15, 7, 3, 9};
 QByteArray GridBitmap(BmpRows rows) { return FourBitBitmap(SixteenColors(), 3, 2, kGrid, rows); }
+
+// Slots 2 and 5 show one colour.
+Palette SharedColorPalette() { Palette palette = TestPalette(); palette.colors[5] = palette.colors[2]; return palette; }
+
+// A row of pixels: indices into table, or, without a table, the colours themselves.
+QImage PictureRow(const QList<uint>& pixels, const QList<QRgb>& table = {})
+{
+    QImage picture(int(pixels.size()), 1, table.isEmpty() ? QImage::Format_ARGB32 : QImage::Format_Indexed8);
+    picture.setColorTable(table);
+    for (int x = 0; x < picture.width(); ++x)
+        picture.setPixel(x, 0, pixels[x]);
+    return picture;
+}
 
 }
 
@@ -64,6 +79,31 @@ private slots:
         QVERIFY(!LoadBitmapPicture(Written(bytes), picture, errorText));
         QVERIFY(errorText.contains(QStringLiteral("in.bmp")));
         QCOMPARE(picture, before); // as it was
+    }
+
+    void picturePixels_data()
+    {
+        QTest::addColumn<QImage>("picture");
+        QTest::addColumn<QList<int>>("cells");
+        QTest::addColumn<int>("inexact");
+        const QList<QRgb> rip = IndexedFramePicture({}, SharedColorPalette()).colorTable();
+        // Rip's table, or as here the start of it, keeps the indices.
+        QTest::newRow("rip's colour table") << PictureRow({5, 2, 15}, rip.mid(0, 16)) << QList<int>{5, 2, 15} << 0;
+        // Exact colours, half transparent, background, then (-3, -4, 0) and (0, -3, 0) from slot 9.
+        QTest::newRow("RGB") << PictureRow({rip[16], rip[5], (rip[9] & 0xFFFFFF) | 0x7F000000, 0xFFF0F0F0, rip[9] - 0x30400, rip[9] - 0x300})
+                             << QList<int>{16, 2, -1, -1, 9, 9} << 2;
+    }
+
+    void picturePixels()
+    {
+        QFETCH(QImage, picture);
+        QFETCH(QList<int>, cells);
+        QFETCH(int, inexact);
+        QString errorText;
+        const PicturePixelsRead read = PicturePixels(picture, SharedColorPalette(), {}, errorText).value();
+        QCOMPARE(QList<int>(read.grid.cells.begin(), read.grid.cells.end()), cells);
+        QCOMPARE(read.inexactPixels, inexact);
+        QCOMPARE(read.worstDistance, inexact ? 5.0 : 0.0);
     }
 
     void gridRounding()
