@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 const QString kSuffix = QStringLiteral(".zelvane-journal");
@@ -254,4 +255,9 @@ const JournalEntry* PendingChange(const JournalContents& journal)
 {
     const bool pending = !IsDamaged(journal) && !journal.entries.empty() && journal.entries.back().state == ChangeState::Open;
     return pending ? &journal.entries.back() : nullptr;
+}
+
+JournalEntry* PendingChange(JournalContents& journal)
+{
+    return const_cast<JournalEntry*>(PendingChange(std::as_const(journal)));
 }

@@ -39,3 +39,4 @@ void CloseJournalFile(JournalFile& journal);
 std::vector<JournalEntry> DoneChanges(const JournalContents& journal);
 // The journal's last change, when it was interrupted and not yet put back.
 const JournalEntry* PendingChange(const JournalContents& journal);
+JournalEntry* PendingChange(JournalContents& journal);

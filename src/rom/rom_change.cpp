@@ -151,7 +151,7 @@ bool CommitChange(JournalFile& journal, RomFile& rom, const QString& command, co
 
 QString SettleInterruptedChange(JournalFile& journal, RomFile& rom, bool& blocked)
 {
-    JournalEntry* pending = const_cast<JournalEntry*>(PendingChange(journal.contents));
+    JournalEntry* pending = PendingChange(journal.contents);
     blocked = pending != nullptr;
     if (!pending)
         return {};
