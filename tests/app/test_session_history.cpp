@@ -106,8 +106,9 @@ private slots:
         QCOMPARE(f.script.asked, QStringList{kRefusal + "The palette edit was not undone: the image was changed since, outside this editor."});
         QCOMPARE(f.RomBytes(), changed);
         // Undo and redo wait for the stroke under way to end.
+        f.Stroke({40, 40});
         f.session.PressCanvas();
-        f.session.PaintFramePixel({1, 1});
+        f.session.PaintFramePixel({30, 30});
         const QImage midStroke = f.state.preview.image;
         f.session.Undo();
         f.session.Redo();

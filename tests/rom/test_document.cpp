@@ -84,7 +84,9 @@ private slots:
     {
         QTest::addColumn<QByteArray>("journal");
         const QByteArray palette = BuildDemoImage().mid(0x22923E, 4);
-        QTest::newRow("old length 0") << InterruptedJournal(0, kDemoLength, {Range(0, {}, QByteArray(4, 'x'))});
+        // Its one range holds what the image holds: without the rule that the ranges cover
+        // all the file gained, the image would pass for the change's new state and be cut to 0.
+        QTest::newRow("old length 0") << InterruptedJournal(0, kDemoLength, {Range(0, {}, BuildDemoImage().left(4))});
         QTest::newRow("old length 2^40") << InterruptedJournal(int64_t(1) << 40, kDemoLength, {});
         QTest::newRow("range at 2^47") << InterruptedJournal(kDemoLength, kDemoLength, {Range(int64_t(1) << 47, QByteArray(4, 'x'), {})});
         QTest::newRow("another image's change") << InterruptedJournal(kDemoLength, kDemoLength, {Range(0x22923E, "abcd", "efgh")});
