@@ -70,3 +70,9 @@ FrameRead ReadFrame(const RomFile& rom, int32_t& readPosition, ArtFrame& frame, 
     readPosition = int32_t(uint32_t(offset) + uint32_t(in.at));
     return result;
 }
+
+int64_t ReadStoredFrame(const RomFile& rom, int32_t offset, ArtFrame& frame)
+{
+    int32_t readPosition = 0;
+    return ReadFrame(rom, readPosition, frame, offset) == FrameRead::Complete ? int64_t(readPosition) - offset + 2 : 0;
+}

@@ -37,3 +37,7 @@ int16_t FixedPointValue(uint16_t word);
 enum class FrameRead { Complete, Cut };
 
 FrameRead ReadFrame(const RomFile& rom, int32_t& readPosition, ArtFrame& frame, int32_t offset);
+
+// Reads the frame at offset; gives how many bytes it takes in the image, its end mark
+// included, or 0 when it cannot be read whole.
+int64_t ReadStoredFrame(const RomFile& rom, int32_t offset, ArtFrame& frame);

@@ -17,9 +17,8 @@ struct SlotFrame {
 SlotFrame ReadSlotFrame(const RomFile& rom, int32_t offset)
 {
     SlotFrame slot;
-    int32_t readPosition = 0;
-    if (offset >= 0 && ReadFrame(rom, readPosition, slot.frame, offset) == FrameRead::Complete)
-        slot.length = int64_t(readPosition) - offset + 2;
+    if (offset >= 0)
+        slot.length = ReadStoredFrame(rom, offset, slot.frame);
     return slot;
 }
 

@@ -3,15 +3,6 @@
 #include "art/art_frame.h"
 #include "rom/art_lists.h"
 
-namespace {
-// A frame's bytes as the image holds them: its lines and their end mark.
-int64_t FrameLength(const RomFile& rom, int32_t offset)
-{
-    ArtFrame frame;
-    int32_t readPosition = 0;
-    return ReadFrame(rom, readPosition, frame, offset) == FrameRead::Complete ? int64_t(readPosition) - offset + 2 : 0;
-}
-}
 
 std::vector<ListedSpan> ListedSpans(const RomDocument& document)
 {
@@ -24,7 +15,8 @@ std::vector<ListedSpan> ListedSpans(const RomDocument& document)
                          QStringLiteral("table %1's palette").arg(t)});
         for (int slot = 0; slot < listed; ++slot) {
             const int32_t offset = table.pointers[size_t(slot)];
-            if (const int64_t length = offset >= 0 ? FrameLength(document.file, offset) : 0; length > 0)
+            ArtFrame frame;
+            if (const int64_t length = offset >= 0 ? ReadStoredFrame(document.file, offset, frame) : 0; length > 0)
                 spans.push_back({offset, offset + length, t, slot, QStringLiteral("table %1 slot %2's frame").arg(t).arg(slot)});
         }
     }

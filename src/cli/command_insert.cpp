@@ -98,11 +98,7 @@ bool AlreadyThere(const CliImage& image, const InsertRequest& request, const Fra
     if (image.document.tables[size_t(request.table)].pointers[size_t(request.slot)] != position)
         return false;
     ArtFrame there;
-    int32_t readPosition = 0;
-    if (ReadFrame(image.document.file, readPosition, there, position) != FrameRead::Complete)
-        return false;
-    const FramePixels old = RenderFramePixels(there), planned = RenderFramePixels(plan.frame);
-    return old.origin == planned.origin && old.grid.width == planned.grid.width && old.grid.cells == planned.grid.cells;
+    return ReadStoredFrame(image.document.file, position, there) > 0 && DrawsSame(there, plan.frame);
 }
 
 void PrintDryRun(const InsertRequest& request, const FrameSavePlan& plan, int32_t position, int32_t oldEntry)

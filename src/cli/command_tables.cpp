@@ -32,11 +32,10 @@ QString EndText(TableEnd end)
 QJsonObject FrameJson(const RomFile& rom, int slot, int32_t offset)
 {
     ArtFrame frame;
-    int32_t readPosition = 0;
-    const bool whole = ReadFrame(rom, readPosition, frame, offset) == FrameRead::Complete;
+    const int64_t bytes = ReadStoredFrame(rom, offset, frame);
     return {{"slot", slot}, {"offset", double(uint32_t(offset))}, {"left", frame.left}, {"right", frame.right},
             {"top", frame.top}, {"bottom", frame.bottom}, {"runs", frame.lastLine + 1},
-            {"bytes", whole ? double(int64_t(readPosition) - offset + 2) : 0.0}, {"whole", whole}};
+            {"bytes", double(bytes)}, {"whole", bytes > 0}};
 }
 
 QJsonObject TableJson(const RomDocument& state, int n)
